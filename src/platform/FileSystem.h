@@ -13,19 +13,17 @@
 namespace zent {
 
 /// Attribute bits of a file, as Windows numbers them (FILE_ATTRIBUTE_*). Combined with `|`.
-enum FileAttribute : std::uint32_t {
-  kAttributeReadOnly = 0x01,
-  kAttributeHidden = 0x02,
-  kAttributeSystem = 0x04,
-  kAttributeFolder = 0x10,
-  kAttributeArchive = 0x20,
-  kAttributeNormal = 0x80,  ///< only in calls: none of the others
-};
+inline constexpr std::uint32_t kAttributeReadOnly = 0x01;
+inline constexpr std::uint32_t kAttributeHidden = 0x02;
+inline constexpr std::uint32_t kAttributeSystem = 0x04;
+inline constexpr std::uint32_t kAttributeFolder = 0x10;
+inline constexpr std::uint32_t kAttributeArchive = 0x20;
+inline constexpr std::uint32_t kAttributeNormal = 0x80;  ///< only in calls: none of the others
 
 /// One match of FileSystem::Find.
 struct FileEntry {
   std::string name;              ///< without its folder, spelled as on disk
-  std::uint32_t attributes = 0;  ///< FileAttribute bits
+  std::uint32_t attributes = 0;  ///< kAttribute bits
   std::uint64_t size = 0;        ///< bytes; 0 for a folder
 };
 

@@ -11,12 +11,10 @@ namespace zent {
 enum class WindowHandle : std::uint64_t { None = 0 };
 
 /// What ends a session (ExitWindowsEx): one of the first three, with kForce added to it.
-enum SessionEnd : std::uint32_t {
-  kShutDown = 1,
-  kRestart = 2,
-  kPowerOff = 8,
-  kForce = 16,  ///< also end programs that hang
-};
+inline constexpr std::uint32_t kShutDown = 1;
+inline constexpr std::uint32_t kRestart = 2;
+inline constexpr std::uint32_t kPowerOff = 8;
+inline constexpr std::uint32_t kForce = 16;  ///< also end programs that hang
 
 /// The desktop and the session of the machine.
 class Shell {
@@ -37,7 +35,7 @@ class Shell {
   /// LookupPrivilegeValue "SeShutdownPrivilege", AdjustTokenPrivileges); false when one fails. A
   /// system without such rights says true.
   virtual bool AcquireShutdownPrivilege() = 0;
-  /// Ends the session of the machine being serviced, never of another; `action` as SessionEnd.
+  /// Ends the session of the machine being serviced, never of another; `action` as above.
   virtual Status EndSession(std::uint32_t action) = 0;
 };
 

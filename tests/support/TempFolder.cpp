@@ -32,7 +32,7 @@ TempFolder::~TempFolder() {
 
 std::filesystem::path TempFolder::Put(const std::filesystem::path& name,
                                       std::string_view contents) const {
-  const std::filesystem::path path = path_ / name;
+  std::filesystem::path path = path_ / name;
   std::filesystem::create_directories(path.parent_path());
   std::ofstream(path, std::ios::binary) << contents;
   return path;
