@@ -1,0 +1,94 @@
+#include "driver/run/UpdateRun.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/Text.h"
+#include "driver/run/Messages.h"
+#include "lib/FuncLib.h"
+#include "lib/RegFuncs.h"
+
+namespace zent {
+
+UpdateRun::UpdateRun(const Platform& machine, UpdateWindow& update_window,
+                     RunObserver& run_observer, RunOptions run_options)
+    : platform(machine), window(update_window), observer_(run_observer), options_(run_options) {}
+
+void UpdateRun::ShowMsg(std::string_view message) {
+  const std::string worded = IsOracleTitle(title_) ? OracleWording(message) : std::string(message);
+  const std::string line = "  " + worded + std::string(kLineBreak);
+  const MessageLog::Change change = log_.Append(line);
+  window.AppendMessage(change.appended, change.cut);
+  observer_.OnMessage(worded);
+}
+
+void UpdateRun::SetTitle(std::string_view title) {
+  title_ = title;
+  window.SetTitle(title_);
+}
+
+Answer UpdateRun::Ask(MessageQuestion question) {
+  if (question.title.empty()) question.title = kDefaultTitle;
+  const Answer answer = window.Ask(question);
+  observer_.OnBox(question, answer);
+  return answer;
+}
+
+std::optional<std::string> UpdateRun::AskText(const InputQuestion& question) {
+  std::optional<std::string> answer = window.AskText(question);
+  // As many stars as characters would tell the length of a password.
+  const std::string shown = question.hidden ? "***" : answer.value_or("");
+  observer_.OnInput(question, answer ? shown : "");
+  return answer;
+}
+
+void UpdateRun::Pause(double seconds) {
+  zent::Pause(platform.clock, window, seconds, true);
+}
+
+void UpdateRun::Report(std::string_view headline, const RuntimeError& error) {
+  Ask({.title = {}, .text = ErrorText(headline, error)});
+  state.ErrorOccurred = true;
+  Fail(error.description + " (" + std::to_string(error.number) + ")");
+}
+
+void UpdateRun::ShowError(std::string_view headline, const RuntimeError& error) {
+  ShowMsg(headline);
+  ShowMsg(DescriptionLine(error));
+  ShowMsg(NumberLine(error));
+}
+
+bool UpdateRun::Tolerate(std::string_view what) {
+  if (!options_.strict) {
+    Warn(what);
+    return true;
+  }
+  if (!refused_) {
+    refused_ = true;
+    Report("Error: a strict run refuses this line of the setup list",
+           {.number = kInvalidProcedureCall, .description = std::string(what)});
+  }
+  return false;
+}
+
+void UpdateRun::BeginCommand(CommandRecord record) { record_ = std::move(record); }
+
+void UpdateRun::EndCommand() {
+  worst_ = std::max(worst_, record_.outcome);
+  observer_.OnCommand(record_);
+  record_ = {};
+}
+
+Result<std::uint32_t> UpdateRun::Start(const Launch& launch) {
+  observer_.OnLaunch(MaskPassword(launch.command_line));
+  return platform.processes.Start(launch);
+}
+
+void UpdateRun::Record(Outcome outcome, std::string_view reason) {
+  record_.outcome = std::max(record_.outcome, outcome);
+  if (record_.reason.find(reason) != std::string::npos) return;
+  if (!record_.reason.empty()) record_.reason += "; ";
+  record_.reason += reason;
+}
+
+}  // namespace zent
