@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/Status.h"
+
+namespace zent {
+
+/// Where Debian keeps the loader when no program of its name is on the PATH.
+inline constexpr const char* kWineLoaderOfDebian = "/usr/lib/wine/wine64";
+
+/// Wine on this host, and the machine that it runs programs in.
+class Wine {
+ public:
+  /// Gives the registry and whatever else of the machine we hold over to Wine.
+  using HandOver = std::function<Status()>;
+
+  /// Looks for "wine", then "wine64" in `path_list`, then for the file `usual_loader`. `machine` is
+  /// the host folder of the machine. `hand_over` is called before each start; when it fails,
+  /// nothing is started. It may be empty.
+  Wine(std::string_view path_list, const std::filesystem::path& machine, HandOver hand_over,
+       const std::filesystem::path& usual_loader = kWineLoaderOfDebian);
+
+  bool installed() const { return loader_.has_value(); }
+  /// The host folder of the machine, absolute.
+  const std::filesystem::path& machine() const { return machine_; }
+
+  /// Hands the machine over and starts Wine in `folder` with these arguments: the program, by its
+  /// host path or by the name of a program of Wine's own, and its arguments. Wine makes one command
+  /// line of them, quoted so that the program splits it into the same arguments. Returns the
+  /// process id at once. Without Wine kFileNotFound.
+  Result<std::uint32_t> Start(std::vector<std::string> arguments,
+                              const std::filesystem::path& folder) const;
+
+ private:
+  std::optional<std::filesystem::path> loader_;
+  std::filesystem::path machine_;
+  HandOver hand_over_;
+};
+
+}  // namespace zent
