@@ -112,8 +112,9 @@ TEST(StartDetached, ClosesEveryDescriptor) {
 
 TEST(StartDetached, GivesSignalsTheirDefaults) {
   const TempFolder folder;
-  const auto program = PutScript(
-      folder, "program", Into("grep -E 'Sig(Blk|Ign)' /proc/$$/status", folder.path() / "record"));
+  const auto program =
+      PutScript(folder, "program",
+                Into("grep -E 'Sig(Blk|Ign)' /proc/self/status", folder.path() / "record"));
   sigset_t blocked;
   sigset_t before;
   ::sigemptyset(&blocked);

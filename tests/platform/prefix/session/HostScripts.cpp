@@ -11,7 +11,7 @@ namespace zent::testing {
 
 std::filesystem::path PutScript(const TempFolder& folder, const std::filesystem::path& name,
                                 std::string_view commands) {
-  const std::filesystem::path path = folder.Put(name, fmt::format("#!/bin/sh\n{}\n", commands));
+  std::filesystem::path path = folder.Put(name, fmt::format("#!/bin/sh\n{}\n", commands));
   std::filesystem::permissions(path, std::filesystem::perms::owner_all);
   return path;
 }
