@@ -27,7 +27,7 @@ enum class Answer { Ok, Retry, Cancel, Yes, No };
 
 /// A message box.
 struct MessageQuestion {
-  std::string title;
+  std::string title = {};
   std::string text;  ///< lines end with CR LF
   BoxButtons buttons = BoxButtons::Ok;
   BoxIcon icon = BoxIcon::Information;

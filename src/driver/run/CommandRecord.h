@@ -18,9 +18,9 @@ enum class Outcome {
 struct CommandRecord {
   std::size_t line = 0;  ///< in ZentUpdate.ini, from 1
   std::string keyword;   ///< as the command table spells it, or as written when it knows none
-  std::vector<std::string> tokens;
+  std::vector<std::string> tokens = {};
   Outcome outcome = Outcome::Done;
-  std::string reason;  ///< empty for Done; several are joined by "; "
+  std::string reason = {};  ///< empty for Done; several are joined by "; "
 };
 
 }  // namespace zent

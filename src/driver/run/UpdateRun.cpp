@@ -42,9 +42,7 @@ std::optional<std::string> UpdateRun::AskText(const InputQuestion& question) {
   return answer;
 }
 
-void UpdateRun::Pause(double seconds) {
-  zent::Pause(platform.clock, window, seconds, true);
-}
+void UpdateRun::Pause(double seconds) { zent::Pause(platform.clock, window, seconds, true); }
 
 void UpdateRun::Report(std::string_view headline, const RuntimeError& error) {
   Ask({.title = {}, .text = ErrorText(headline, error)});
