@@ -131,7 +131,9 @@ int YearOf(const DateToken& token) {
 }
 
 bool IsInCalendar(const Date& date) {
-  return date.year > 0 && date.month > 0 && date.day > 0 &&
+  // The calendar's types hold small numbers only and wrap others.
+  const bool is_small = date.month > 0 && date.month <= 12 && date.day > 0 && date.day <= 31;
+  return is_small && date.year > 0 &&
          std::chrono::year_month_day(std::chrono::year(date.year),
                                      std::chrono::month(static_cast<unsigned>(date.month)),
                                      std::chrono::day(static_cast<unsigned>(date.day)))
@@ -180,7 +182,7 @@ std::optional<int> DateReader::ReadTime() {
       if (Peek().sign != ':') break;
       ++at_;
     }
-    if (!IsNumberAt(0) || IsYearOnly(Peek())) return std::nullopt;
+    if (!IsNumberAt(0) || Peek().digits > 2) return std::nullopt;
     parts[part] = tokens_[at_++].number;
   }
   if (IsHalfOfDayAt(0)) {
@@ -223,7 +225,7 @@ std::optional<Date> DateReader::ReadNumericDate() {
     if (IsYearOnly(first)) return Date{YearOf(first), second.number, 1};
     return MonthAndDay(first.number, second.number, current_year_);
   }
-  if (!IsNumberAt(1)) return std::nullopt;
+  if (!IsNumberAt(1) || IsYearOnly(second)) return std::nullopt;
   const DateToken third = Peek(1);
   at_ += 2;
   if (!IsYearOnly(first)) return MonthAndDay(first.number, second.number, YearOf(third));
