@@ -1,24 +1,21 @@
 #include "platform/posix/ReplaceFile.h"
 
-#include <dirent.h>
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
+#include <optional>
 #include <vector>
 
+#include "platform/posix/FolderReader.h"
 #include "platform/posix/PosixErrors.h"
+#include "platform/posix/Sibling.h"
 #include "platform/posix/UniqueFd.h"
 
 namespace zent {
 namespace {
-
-constexpr std::string_view kSiblingStart = ".zent-";
-constexpr std::string_view kSiblingEnd = ".tmp";
 
 /// Copies mode, owner and extended attributes as far as the system lets us: what it refuses (an
 /// owner, when we are not root) does not make the contents worth less.
@@ -44,25 +41,6 @@ void TakeOver(int from, int to) {
   }
 }
 
-/// Writes the sibling and puts it in place; the errno of a failure, or 0.
-int WriteAndRename(int folder_fd, int fd, const std::string& sibling, const std::string& name,
-                   std::string_view contents) {
-  if (const int error = WriteAll(fd, contents); error != 0) return error;
-  const UniqueFd old(::openat(folder_fd, name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
-  if (old.ok()) TakeOver(old.get(), fd);
-  if (::fsync(fd) != 0) return errno;
-  if (::renameat(folder_fd, sibling.c_str(), folder_fd, name.c_str()) != 0) return errno;
-  // The contents are safe already; a folder that cannot be flushed only delays the new name.
-  ::fsync(folder_fd);
-  return 0;
-}
-
-bool IsSibling(std::string_view name) {
-  return name.size() > kSiblingStart.size() + kSiblingEnd.size() &&
-         name.substr(0, kSiblingStart.size()) == kSiblingStart &&
-         name.substr(name.size() - kSiblingEnd.size()) == kSiblingEnd;
-}
-
 }  // namespace
 
 int WriteAll(int fd, std::string_view contents) {
@@ -77,35 +55,24 @@ int WriteAll(int fd, std::string_view contents) {
 
 Status ReplaceFileAt(int folder_fd, const std::string& name, std::string_view contents,
                      mode_t mode) {
-  constexpr int kTries = 100;
-  for (int i = 0; i < kTries; ++i) {
-    const std::string sibling = fmt::format("{}{}-{}{}", kSiblingStart, ::getpid(), i, kSiblingEnd);
-    const UniqueFd fd(::openat(folder_fd, sibling.c_str(),
-                               O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
-    if (!fd.ok() && errno == EEXIST) continue;
-    if (!fd.ok()) return ErrorOfErrno(errno);
-    const int error = WriteAndRename(folder_fd, fd.get(), sibling, name, contents);
-    if (error == 0) return {};
-    ::unlinkat(folder_fd, sibling.c_str(), 0);
+  Result<Sibling> sibling = Sibling::Create(folder_fd, mode);
+  if (!sibling.ok()) return sibling.error();
+  if (const int error = WriteAll(sibling.value().fd(), contents); error != 0) {
     return ErrorOfErrno(error);
   }
-  return StandardError(kFileAlreadyExists);
+  const UniqueFd old(
+      ::openat(folder_fd, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  if (old.ok()) TakeOver(old.get(), sibling.value().fd());
+  return sibling.value().PutInPlace(name);
 }
 
 void RemoveLeftSiblings(int folder_fd) {
-  const int copy = ::openat(folder_fd, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (copy < 0) return;
-  DIR* const folder = ::fdopendir(copy);
-  if (folder == nullptr) {
-    ::close(copy);
-    return;
-  }
+  Result<FolderReader> folder = FolderReader::Open(folder_fd);
+  if (!folder.ok()) return;
   std::vector<std::string> left;
-  // NOLINTNEXTLINE(concurrency-mt-unsafe): one thread does everything.
-  while (const dirent* entry = ::readdir(folder)) {
-    if (IsSibling(static_cast<const char*>(entry->d_name))) left.emplace_back(entry->d_name);
+  while (const std::optional<std::string> name = folder.value().Next()) {
+    if (IsSiblingName(*name)) left.push_back(*name);
   }
-  ::closedir(folder);
   for (const std::string& name : left) ::unlinkat(folder_fd, name.c_str(), 0);
 }
 

@@ -1,0 +1,80 @@
+#include "platform/posix/Sibling.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <utility>
+
+#include "platform/posix/PosixErrors.h"
+
+namespace zent {
+namespace {
+
+constexpr std::string_view kNameStart = ".zent-";
+constexpr std::string_view kNameEnd = ".tmp";
+
+/// The contents are safe already; a folder that cannot be flushed only delays the new name.
+void FlushFolder(int folder_fd) {
+  // A descriptor of its own: one opened with O_PATH cannot be flushed.
+  const UniqueFd folder(::openat(folder_fd, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (folder.ok()) ::fsync(folder.get());
+}
+
+}  // namespace
+
+Result<Sibling> Sibling::Create(int folder_fd, mode_t mode) {
+  constexpr int kTries = 100;
+  for (int i = 0; i < kTries; ++i) {
+    std::string name = fmt::format("{}{}-{}{}", kNameStart, ::getpid(), i, kNameEnd);
+    UniqueFd fd(::openat(folder_fd, name.c_str(),
+                         O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+    if (fd.ok()) return Sibling(folder_fd, std::move(name), std::move(fd));
+    if (errno != EEXIST) return ErrorOfErrno(errno);
+  }
+  return StandardError(kFileAlreadyExists);
+}
+
+Sibling::Sibling(Sibling&& other) noexcept
+    : folder_fd_(other.folder_fd_),
+      name_(std::exchange(other.name_, {})),
+      fd_(std::move(other.fd_)) {}
+
+Sibling::~Sibling() {
+  if (!name_.empty()) ::unlinkat(folder_fd_, name_.c_str(), 0);
+}
+
+Status Sibling::PutInPlace(const std::string& name, OldFile old_file) {
+  if (::fsync(fd_.get()) != 0) return ErrorOfErrno(errno);
+  if (old_file == OldFile::Keep) {
+    const int error = RenameToFreeName(folder_fd_, name_, folder_fd_, name);
+    if (error != 0) return ErrorOfErrno(error);
+  } else if (::renameat(folder_fd_, name_.c_str(), folder_fd_, name.c_str()) != 0) {
+    return ErrorOfErrno(errno);
+  }
+  name_.clear();
+  FlushFolder(folder_fd_);
+  return {};
+}
+
+bool IsSiblingName(std::string_view name) {
+  return name.size() > kNameStart.size() + kNameEnd.size() && name.starts_with(kNameStart) &&
+         name.ends_with(kNameEnd);
+}
+
+int RenameToFreeName(int from_folder, const std::string& from, int to_folder,
+                     const std::string& to) {
+  if (::renameat2(from_folder, from.c_str(), to_folder, to.c_str(), RENAME_NOREPLACE) == 0) {
+    return 0;
+  }
+  // EINVAL is also the answer of a file system that does not know the flag.
+  if (errno != EINVAL && errno != ENOSYS) return errno;
+  struct stat info = {};
+  if (::fstatat(to_folder, to.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0) return EEXIST;
+  return ::renameat(from_folder, from.c_str(), to_folder, to.c_str()) == 0 ? 0 : errno;
+}
+
+}  // namespace zent
