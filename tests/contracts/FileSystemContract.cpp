@@ -2,8 +2,11 @@
 
 #include <array>
 #include <cstdint>
+#include <ostream>
 
 namespace zent::testing {
+
+void PrintTo(const FileSystemMaker& maker, std::ostream* out) { *out << maker.name; }
 
 void FileSystemContract::Put(const std::string& name, std::string_view contents,
                              std::uint32_t attributes) {

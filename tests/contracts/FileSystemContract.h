@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <iosfwd>
 #include <memory>
 #include <string>
 
@@ -10,7 +11,8 @@
 /// What every FileSystem promises. A test program of an adapter adds FileSystemContract.cpp to its
 /// sources and names its subject:
 ///
-///   INSTANTIATE_TEST_SUITE_P(Prefix, FileSystemContract, ::testing::Values(&MakePrefixSubject));
+///   INSTANTIATE_TEST_SUITE_P(Prefix, FileSystemContract,
+///                            ::testing::Values(FileSystemMaker{"prefix", &MakePrefixSubject}));
 namespace zent::testing {
 
 /// An adapter over a folder of its own.
@@ -25,9 +27,14 @@ class FileSystemSubject {
   virtual std::shared_ptr<void> HoldOpen(const std::string& name) = 0;
 };
 
-using FileSystemFactory = std::unique_ptr<FileSystemSubject> (*)();
+/// Makes subjects, one for each test.
+struct FileSystemMaker {
+  const char* name;  ///< of the adapter, for the list of tests
+  std::unique_ptr<FileSystemSubject> (*make)();
+};
+void PrintTo(const FileSystemMaker& maker, std::ostream* out);
 
-class FileSystemContract : public ::testing::TestWithParam<FileSystemFactory> {
+class FileSystemContract : public ::testing::TestWithParam<FileSystemMaker> {
  protected:
   FileSystem& files() { return subject_->files(); }
   std::string Full(const std::string& name) const { return subject_->folder() + "\\" + name; }
@@ -42,7 +49,7 @@ class FileSystemContract : public ::testing::TestWithParam<FileSystemFactory> {
   std::shared_ptr<void> HoldOpen(const std::string& name) { return subject_->HoldOpen(name); }
 
  private:
-  std::unique_ptr<FileSystemSubject> subject_ = GetParam()();
+  std::unique_ptr<FileSystemSubject> subject_ = GetParam().make();
 };
 
 }  // namespace zent::testing

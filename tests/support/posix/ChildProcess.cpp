@@ -52,8 +52,10 @@ std::string ReadAll(const UniqueFd& fd) {
       held = ::mmap(nullptr, 4096, PROT_READ, MAP_PRIVATE, fd, 0) != MAP_FAILED;
       ::close(fd);
     }
-    if (held) answer.Reset();
-    while (held) ::pause();
+    if (held) {
+      answer.Reset();
+      for (;;) ::pause();
+    }
   }
   WriteAll(answer.get(), "failed");
   ::_exit(1);

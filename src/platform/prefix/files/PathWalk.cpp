@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "base/CaseFold.h"
+#include "base/Text.h"
 #include "platform/posix/FolderReader.h"
 #include "platform/posix/PosixErrors.h"
 
@@ -35,13 +36,26 @@ UniqueFd OpenEntry(const UniqueFd& folder, const std::string& name) {
   return UniqueFd(::openat(folder.get(), name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
 }
 
+/// True when the folded names must differ: by a letter of ASCII behind letters of ASCII. It spares
+/// most names of a folder the folding.
+bool DifferAtOnce(std::string_view a, std::string_view b) {
+  const std::size_t both = std::min(a.size(), b.size());
+  for (std::size_t i = 0; i < both; ++i) {
+    const auto of_a = static_cast<unsigned char>(a[i]);
+    const auto of_b = static_cast<unsigned char>(b[i]);
+    if (of_a >= 0x80 || of_b >= 0x80) return false;
+    if (of_a != of_b && !EqualsIgnoringCase(a.substr(i, 1), b.substr(i, 1))) return true;
+  }
+  return false;
+}
+
 /// The name that is the same as `name` without regard to case, the first in the folder's order.
 Result<std::optional<std::string>> SpellingOf(const UniqueFd& folder, const std::string& name) {
   Result<FolderReader> reader = FolderReader::Open(folder.get());
   if (!reader.ok()) return reader.error();
   const std::string wanted = FoldName(name);
   while (std::optional<std::string> candidate = reader.value().Next()) {
-    if (FoldName(*candidate) == wanted) return candidate;
+    if (!DifferAtOnce(*candidate, wanted) && FoldName(*candidate) == wanted) return candidate;
   }
   if (!reader.value().status().ok()) return reader.value().status().error();
   return std::optional<std::string>();

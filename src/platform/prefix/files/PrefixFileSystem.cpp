@@ -88,6 +88,7 @@ Result<std::vector<std::string>> WindowsNamesIn(const Place& folder, const std::
   if (!reader.value().status().ok()) return reader.value().status().error();
   std::sort(found.begin(), found.end());
   std::vector<std::string> names;
+  names.reserve(found.size());
   for (auto& [folded, name] : found) names.push_back(std::move(name));
   return names;
 }

@@ -226,7 +226,7 @@ TEST(OperationVectors, OnFilesInUseEndAsRecorded) {
   for (const json& row : Vectors("in_use")) {
     const std::string held = row[0];
     const std::string call = row[1];
-    SCOPED_TRACE(held + ": " + call);
+    SCOPED_TRACE(row.dump());
     // No call of the port removes folders, and a folder's users are not known.
     if (held == "current folder") continue;
     const int number = HeldFile(kHolds.at(held)).Call(call);

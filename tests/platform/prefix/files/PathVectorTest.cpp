@@ -186,7 +186,7 @@ TEST_F(OutsideNames, AreFoundAsRecorded) {
   // Which of two other spellings comes first is up to the disk.
   const std::string first_spelling = [&] {
     for (const auto& entry : std::filesystem::directory_iterator(machine_.C(""))) {
-      const std::string name = entry.path().filename().string();
+      std::string name = entry.path().filename().string();
       if (name == "Abc.txt" || name == "aBC.txt") return name;
     }
     return std::string();

@@ -24,7 +24,8 @@ class PrefixSubject : public FileSystemSubject {
 
 std::unique_ptr<FileSystemSubject> MakePrefixSubject() { return std::make_unique<PrefixSubject>(); }
 
-INSTANTIATE_TEST_SUITE_P(Prefix, FileSystemContract, ::testing::Values(&MakePrefixSubject));
+INSTANTIATE_TEST_SUITE_P(Prefix, FileSystemContract,
+                         ::testing::Values(FileSystemMaker{"prefix", &MakePrefixSubject}));
 
 }  // namespace
 }  // namespace zent::testing
