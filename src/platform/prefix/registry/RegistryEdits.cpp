@@ -21,12 +21,20 @@ std::uint64_t UnixSeconds(std::uint64_t file_time) {
   return seconds < kSecondsTo1970 ? 0 : seconds - kSecondsTo1970;
 }
 
-/// The key line with the seconds of `now` where it had a number; the rest stays.
-std::string KeyLineAt(std::string_view line, std::uint64_t now) {
-  constexpr std::string_view kDigits = "0123456789";
+bool IsTimeLine(std::string_view line) {
+  constexpr std::string_view kHexDigits = "0123456789abcdefABCDEF";
+  return line.size() > kTimeMark.size() && line.substr(0, kTimeMark.size()) == kTimeMark &&
+         line.find_first_not_of(kHexDigits, kTimeMark.size()) == std::string_view::npos;
+}
+
+/// A line above the values of a section, with `now` in place of the time that it has: behind the
+/// bracket of a key line in seconds, in a line of its own in full.
+std::string HeadLineAt(std::string_view line, std::uint64_t now) {
+  if (IsTimeLine(line)) return fmt::format("{}{:x}", kTimeMark, now);
   const std::optional<KeyLine> key = ParseKeyLine(line);
-  const std::size_t begin = key ? line.find_first_not_of(" \t", key->behind) : line.npos;
-  const std::size_t end = std::min(line.find_first_not_of(kDigits, begin), line.size());
+  if (!key) return std::string(line);
+  const std::size_t begin = line.find_first_not_of(" \t", key->behind);
+  const std::size_t end = std::min(line.find_first_not_of("0123456789", begin), line.size());
   if (begin >= end) return std::string(line);
   return fmt::format("{}{}{}", line.substr(0, begin), UnixSeconds(now), line.substr(end));
 }
@@ -86,11 +94,7 @@ std::string RegistryFile::HeadAt(SectionId section, std::uint64_t now) const {
   while (at < end) {
     const TextLine line = ReadLine(text_, at);
     const std::size_t break_at = at + line.text.size();
-    if (line.text.substr(0, kTimeMark.size()) == kTimeMark) {
-      head += fmt::format("{}{:x}", kTimeMark, now);
-    } else {
-      head += line.text.front() == '[' ? KeyLineAt(line.text, now) : std::string(line.text);
-    }
+    head += HeadLineAt(line.text, now);
     head.append(text_, break_at, line.next - break_at);
     at = line.next;
   }

@@ -79,13 +79,21 @@ std::string RegistryFile::TextAfter(const RegistryEdit& edit) const {
 
 void RegistryFile::Apply(const RegistryEdit& edit, std::string text_after) {
   RegistryIndex& index = layout_.index;
+  if (text_.back() != '\n') {
+    // The last line got the break that it lacked, which moves its section's end.
+    text_ = std::move(text_after);
+    Result<RegistryLayout> layout = ReadRegistryLayout(text_, {});
+    if (layout.ok()) layout_ = std::move(layout.value());
+    return;
+  }
   const auto grown = static_cast<std::ptrdiff_t>(text_after.size() - text_.size());
   text_ = std::move(text_after);
   if (edit.section == kNoId) {
     index.Shift(edit.from, grown);
     const std::size_t begin = edit.from + edit.section_begin;
     const std::optional<KeyLine> line = ParseKeyLine(ReadLine(text_, begin).text);
-    if (line) index.SetEnd(index.AddSection(text_, begin, line->path), edit.from + edit.section_end);
+    if (line)
+      index.SetEnd(index.AddSection(text_, begin, line->path), edit.from + edit.section_end);
   } else {
     const std::size_t end = index.section(edit.section).end;
     index.Shift(edit.from + 1, grown);
