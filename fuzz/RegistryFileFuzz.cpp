@@ -35,7 +35,7 @@ void CheckEdit(const std::string& text, const zent::KeyPath& path, const std::st
   if (!before.ok() || !edited.ok()) return;
   const zent::RegistryEdit edit = edited.value().EditText(path, name, "text", kNow);
   std::string after = edited.value().TextAfter(edit);
-  const zent::Result<zent::RegistryFile> again = zent::RegistryFile::Parse(after, "again");
+  zent::Result<zent::RegistryFile> again = zent::RegistryFile::Parse(after, "again");
   if (!edit.empty()) edited.value().Apply(edit, std::move(after));
 
   Require(again.ok());

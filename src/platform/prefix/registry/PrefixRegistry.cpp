@@ -61,7 +61,7 @@ Status PrefixRegistry::CloseKey(KeyHandle key) {
   if (key >= KeyHandle::ClassesRoot && key <= KeyHandle::Users) return {};
   const auto opened = opened_.find(key);
   if (opened == opened_.end()) return StandardError(kPathFileAccess);
-  const Status stored = StoreNewKey(opened->second);
+  Status stored = StoreNewKey(opened->second);
   opened_.erase(opened);
   return stored;
 }
@@ -85,12 +85,11 @@ Status PrefixRegistry::SetText(KeyHandle key, std::string_view name, std::string
   const auto opened = opened_.find(key);
   const bool may_be_new = opened == opened_.end() || opened->second.is_new;
   const KeyPath& path = place.value().path;
-  const Status stored =
-      Store(place.value().hive, [&](const RegistryFile& file) -> Result<RegistryEdit> {
-        // Another program has removed the key since it was opened.
-        if (!may_be_new && !file.FindKey(path)) return StandardError(kFileNotFound);
-        return file.EditText(path, WellFormedText(name), WellFormedText(text), now_());
-      });
+  Status stored = Store(place.value().hive, [&](const RegistryFile& file) -> Result<RegistryEdit> {
+    // Another program has removed the key since it was opened.
+    if (!may_be_new && !file.FindKey(path)) return StandardError(kFileNotFound);
+    return file.EditText(path, WellFormedText(name), WellFormedText(text), now_());
+  });
   if (stored.ok() && opened != opened_.end()) opened->second.is_new = false;
   return stored;
 }
@@ -126,7 +125,7 @@ Status PrefixRegistry::Store(Hive hive, const RegistryEditor& editor) {
 
 Status PrefixRegistry::StoreNewKey(OpenedKey& key) {
   if (!key.is_new) return {};
-  const Status stored = Store(key.place.hive, [&](const RegistryFile& file) {
+  Status stored = Store(key.place.hive, [&](const RegistryFile& file) {
     return Result<RegistryEdit>(file.EditNewKey(key.place.path, now_()));
   });
   if (stored.ok()) key.is_new = false;

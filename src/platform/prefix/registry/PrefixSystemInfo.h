@@ -38,8 +38,7 @@ class PrefixSystemInfo : public SystemInfo {
     std::size_t place = 0;
   };
 
-  std::optional<std::string> ReadText(KeyHandle root, std::string_view path,
-                                      std::string_view name);
+  std::optional<std::string> ReadText(KeyHandle root, std::string_view path, std::string_view name);
   std::optional<std::string> ProvidedVariable(std::string_view name);
 
   Registry& registry_;

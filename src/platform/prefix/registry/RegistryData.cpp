@@ -2,10 +2,12 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 
 #include "base/Utf.h"
 #include "platform/prefix/registry/RegistryEscapes.h"
+#include "platform/prefix/registry/RegistryLines.h"
 
 namespace zent {
 namespace {
@@ -70,36 +72,35 @@ std::optional<RegistryValue> ParseDword(std::string_view digits) {
   return value;
 }
 
-/// Bytes with commas between; blanks and backslashes at line breaks are passed over.
-std::optional<RegistryValue> ParseHex(std::uint32_t type, std::string_view text) {
-  std::string digits;
-  std::string bytes;
-  const auto end_byte = [&] {
-    const std::optional<std::uint32_t> byte =
-        digits.size() > 2 ? std::nullopt : ParseHexNumber(digits);
-    digits.clear();
-    if (byte) bytes.push_back(static_cast<char>(*byte));
-    return byte.has_value();
-  };
-  // A backslash is only good before a line break, and the data do not end with it.
-  bool line_must_end = false;
-  for (const char c : text) {
-    if (c == '\n') {
-      line_must_end = false;
-    } else if (c == ' ' || c == '\t' || c == '\r') {
-      continue;
-    } else if (line_must_end) {
-      return std::nullopt;
-    } else if (c == '\\') {
-      line_must_end = true;
-    } else if (c != ',') {
-      digits.push_back(c);
-    } else if (!end_byte()) {
-      return std::nullopt;
+/// Hexadecimal data in one line without blanks; each line but the last ends in a backslash.
+std::optional<std::string> JoinHexLines(std::string_view text) {
+  std::string joined;
+  for (std::size_t at = 0; at < text.size();) {
+    const TextLine line = ReadLine(text, at);
+    at = line.next;
+    for (const char c : line.text) {
+      if (c != ' ' && c != '\t') joined.push_back(c);
     }
+    if (at >= text.size()) break;
+    if (joined.empty() || joined.back() != '\\') return std::nullopt;
+    joined.pop_back();
   }
-  if (line_must_end) return std::nullopt;
-  if (!digits.empty() && !end_byte()) return std::nullopt;
+  return joined;
+}
+
+/// Bytes of one or two digits with commas between, also behind the last.
+std::optional<RegistryValue> ParseHex(std::uint32_t type, std::string_view text) {
+  const std::optional<std::string> joined = JoinHexLines(text);
+  if (!joined) return std::nullopt;
+  const std::string_view digits = *joined;
+  std::string bytes;
+  for (std::size_t at = 0; at < digits.size();) {
+    const std::size_t end = std::min(digits.find(',', at), digits.size());
+    const std::optional<std::uint32_t> byte = ParseHexNumber(digits.substr(at, end - at));
+    if (!byte || end - at > 2) return std::nullopt;
+    bytes.push_back(static_cast<char>(*byte));
+    at = end + 1;
+  }
   return RegistryValue{type, IsStringType(type) ? FromUtf16Bytes(bytes) : bytes};
 }
 

@@ -96,9 +96,8 @@ char16_t ReadEscape(std::string_view escaped, std::size_t& at) {
 }
 
 bool IsPlain(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) {
-    return c != '\\' && static_cast<unsigned char>(c) < 0x80;
-  });
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return c != '\\' && static_cast<unsigned char>(c) < 0x80; });
 }
 
 }  // namespace

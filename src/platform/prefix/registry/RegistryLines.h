@@ -6,7 +6,8 @@
 #include <string_view>
 
 /// The lines of a registry file, each read on its own: key lines `[path] seconds`, value lines
-/// `"name"=data` and `@=data`, lines behind a number sign. Positions are byte offsets into the file.
+/// `"name"=data` and `@=data`, lines behind a number sign. Positions are byte offsets into the
+/// file.
 namespace zent {
 
 /// One line of a file.

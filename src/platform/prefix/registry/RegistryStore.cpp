@@ -29,8 +29,8 @@ int ReadAll(int fd, off_t expected_size, std::string& contents) {
   contents.resize(static_cast<std::size_t>(expected_size) + 1);
   for (;;) {
     if (filled == contents.size()) contents.resize(filled + filled / 2 + kLeastRoom);
-    const ssize_t got = ::pread(fd, contents.data() + filled, contents.size() - filled,
-                                static_cast<off_t>(filled));
+    const ssize_t got =
+        ::pread(fd, contents.data() + filled, contents.size() - filled, static_cast<off_t>(filled));
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) return errno;
     if (got == 0) break;

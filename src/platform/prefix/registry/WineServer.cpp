@@ -21,8 +21,8 @@ constexpr std::size_t kLongestName = 255;
 /// Debian's Wine keeps its server folders in a folder of random name, which is the whole content of
 /// the file `wineserver` in the prefix. Whatever is no plain file name is not used.
 std::optional<std::string> NamedFolder(const std::string& machine) {
-  const UniqueFd fd(::open((machine + "/wineserver").c_str(),
-                           O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  const UniqueFd fd(
+      ::open((machine + "/wineserver").c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
   struct stat status = {};
   if (!fd.ok() || ::fstat(fd.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
   std::array<char, kLongestName + 1> buffer = {};

