@@ -38,14 +38,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   const bool changed = zent::SetIniValue(after, "S", "Key", "value");
   Require(changed == (after.bytes() != bytes));
-  Require(zent::ReadIniValue(after, "S", "Key", kNoLimit) == "value");
+  Require(zent::FindIniValue(after, "S", "Key", kNoLimit) == "value");
   Require(zent::IniText(after.bytes()).text() == after.text());
 
   ForEachName(zent::ListIniSections(before, kNoLimit), [&](std::string_view section) {
     ForEachName(zent::ListIniKeys(before, section, kNoLimit), [&](std::string_view key) {
-      const std::optional<std::string> value = zent::ReadIniValue(after, section, key, kNoLimit);
+      const std::optional<std::string> value = zent::FindIniValue(after, section, key, kNoLimit);
       const bool written = value == "value";
-      Require(written || value == zent::ReadIniValue(before, section, key, kNoLimit));
+      Require(written || value == zent::FindIniValue(before, section, key, kNoLimit));
     });
   });
 

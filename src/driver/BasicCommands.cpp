@@ -9,8 +9,9 @@
 namespace zent {
 namespace {
 
-bool HasFolder(std::string_view path) {
-  return path.find_first_of("\\/:") != std::string_view::npos;
+/// True for a file name alone, without macro, drive or folder.
+bool IsBareName(std::string_view path) {
+  return path.substr(0, 2) != "$(" && path.find_first_of("\\/:") == std::string_view::npos;
 }
 
 }  // namespace
@@ -38,7 +39,7 @@ Status WriteSetting(UpdateRun& run, const TokenList& tokens) {
   }
   const auto& [file, section, key, value] = arguments;
 
-  const std::string path = HasFolder(file) ? ExpandPath(run, file) : file;
+  const std::string path = IsBareName(file) ? file : ExpandPath(run, file);
   const Status written = WriteIniValue(run.platform, path, section, key, value);
   if (!written.ok()) run.Fail(path + ": " + written.error().description);
   return {};

@@ -36,7 +36,7 @@ class ListLines {
 
   /// Puts the next line, trimmed, into `line`; false at the end of the list.
   Result<bool> Next(std::string& line) {
-    const Result<bool> read = ReadLine(line);
+    Result<bool> read = ReadLine(line);
     if (!read.ok() || !read.value()) return read;
     line = TrimBlanks(line);
     return line.empty() || line.front() != '[';

@@ -7,7 +7,7 @@
 namespace zent {
 namespace {
 
-constexpr std::size_t kPieceSize = 64 * 1024;  // bytes
+constexpr std::size_t kPieceSize = std::size_t{64} << 10U;  // bytes
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view kUtf16Marks[] = {"\xFF\xFE", "\xFE\xFF"};
 

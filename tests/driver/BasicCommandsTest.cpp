@@ -83,6 +83,12 @@ TEST(WriteSetting, ANameWithoutAFolderLiesInTheWindowsFolder) {
   EXPECT_EQ(given.machine.files.Contents(R"(C:\windows\Korvo360.ini)"), "[S]\r\nK=v\r\n");
 }
 
+TEST(WriteSetting, AMacroWithoutABackslashIsNoBareName) {
+  RunBuilder given;
+  given.Call(WriteSetting, {"wrttoini", "$(apppath)x.ini", "S", "K", "v"});
+  EXPECT_EQ(given.machine.files.Contents(R"(C:\Korvo\.ini)"), "[S]\r\nK=v\r\n");
+}
+
 TEST(WriteSetting, ARelativePathCountsFromThePackageFolder) {
   RunBuilder given;
   given.machine.files.PutFolder(R"(D:\Package\Sub)");

@@ -50,7 +50,7 @@ const PathMacro* FindMacro(std::string_view name) {
   return found == kPathMacros.end() ? nullptr : found;
 }
 
-std::string FromPackageFolder(const UpdateRun& run, std::string path) {
+std::string FromPackageFolder(const UpdateRun& run, const std::string& path) {
   return IsRelativePath(path) ? run.state.CurrDir + path : path;
 }
 

@@ -40,7 +40,7 @@ std::string_view StripIniQuotes(std::string_view value) {
   return value.substr(1, value.size() - 2);
 }
 
-std::optional<std::string> ReadIniValue(const IniText& file, std::string_view section,
+std::optional<std::string> FindIniValue(const IniText& file, std::string_view section,
                                         std::string_view key, std::size_t limit) {
   IniSection lines(file, section);
   if (!lines.found()) return std::nullopt;

@@ -15,7 +15,7 @@ std::string_view StripIniQuotes(std::string_view value);
 
 /// The value of the first `key` in the first section `section`, without blanks and quotes around
 /// it, cut to `limit`; nothing when there is none.
-std::optional<std::string> ReadIniValue(const IniText& file, std::string_view section,
+std::optional<std::string> FindIniValue(const IniText& file, std::string_view section,
                                         std::string_view key, std::size_t limit);
 
 /// The names of the keys of the first section `section`, in the file's order and spelling, repeated

@@ -30,7 +30,7 @@ std::optional<std::string> Find(const IniText& file, std::optional<std::string_v
   const std::size_t list_limit = buffer_size < 2 ? 0 : buffer_size - 2;
   if (!section) return ListIniSections(file, list_limit);
   const std::string section_name = AnsiArgument(*section);
-  if (key) return ReadIniValue(file, section_name, AnsiArgument(*key), buffer_size - 1);
+  if (key) return FindIniValue(file, section_name, AnsiArgument(*key), buffer_size - 1);
   std::string keys = ListIniKeys(file, section_name, list_limit);
   if (keys.empty()) return std::nullopt;
   return keys;

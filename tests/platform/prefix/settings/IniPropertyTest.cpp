@@ -105,7 +105,7 @@ std::vector<std::string> AllValues(const IniText& file, const std::string& witho
   for (const char* const section : {"", "S", "t", "\xC3\x84 b", "long name"}) {
     for (const char* const key : {"a", "B", "\xC3\xB6", "two words"}) {
       if (SameName(section, without_section) && SameName(key, without_key)) continue;
-      all.push_back(ReadIniValue(file, section, key, kNoLimit).value_or("(none)"));
+      all.push_back(FindIniValue(file, section, key, kNoLimit).value_or("(none)"));
     }
   }
   return all;
@@ -125,7 +125,7 @@ TEST(IniProperty, AWriteIsReadAgainAndLeavesEveryOtherLineAndValue) {
     IniText after{before_bytes};
     const bool changed = SetIniValue(after, section, key, value);
 
-    ASSERT_EQ(ReadIniValue(after, section, key, kNoLimit), value);
+    ASSERT_EQ(FindIniValue(after, section, key, kNoLimit), value);
     ASSERT_EQ(changed, after.bytes() != before_bytes);
     ASSERT_EQ(AllValues(after, section, key), AllValues(before, section, key));
 
@@ -152,7 +152,7 @@ TEST(IniProperty, ARemovalTakesOneLineAndNothingElse) {
     IniText after{before_bytes};
     const bool changed = RemoveIniKey(after, section, key);
 
-    ASSERT_EQ(changed, ReadIniValue(before, section, key, kNoLimit).has_value());
+    ASSERT_EQ(changed, FindIniValue(before, section, key, kNoLimit).has_value());
     ASSERT_EQ(AllValues(after, section, key), AllValues(before, section, key));
     ASSERT_LE(LinesOf(after).size() + (changed ? 1 : 0), LinesOf(before).size());
   }
@@ -168,7 +168,7 @@ TEST(IniProperty, AnyBytesAreReadAndWrittenWithoutHarm) {
 
     IniText file{bytes};
     SetIniValue(file, "S", "a", "7");
-    ASSERT_EQ(ReadIniValue(file, "S", "a", kNoLimit), "7");
+    ASSERT_EQ(FindIniValue(file, "S", "a", kNoLimit), "7");
     ASSERT_LE(ListIniSections(file, 3).size(), 9U);
     RemoveIniSection(file, "S");
   }

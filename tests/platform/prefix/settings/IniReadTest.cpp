@@ -74,17 +74,17 @@ constexpr ReadCase kReadCases[] = {
     {"binary file", "\0\x01\xFF\xFE[S]\r=\0[S]\nA=1"sv, "S", "A", std::nullopt},
 };
 
-TEST(ReadIniValue, FindsTheFirstKeyOfTheFirstSection) {
+TEST(FindIniValue, FindsTheFirstKeyOfTheFirstSection) {
   for (const ReadCase& row : kReadCases) {
     SCOPED_TRACE(row.what);
     const IniText file{std::string(row.file)};
-    EXPECT_EQ(ReadIniValue(file, row.section, row.key, kNoLimit), row.value);
+    EXPECT_EQ(FindIniValue(file, row.section, row.key, kNoLimit), row.value);
   }
 }
 
-TEST(ReadIniValue, CutsCharactersNotBytes) {
+TEST(FindIniValue, CutsCharactersNotBytes) {
   const IniText file{"[S]\nA=\xE4\xF6\xFC\n"};
-  EXPECT_EQ(ReadIniValue(file, "S", "A", 2), "\xC3\xA4\xC3\xB6");
+  EXPECT_EQ(FindIniValue(file, "S", "A", 2), "\xC3\xA4\xC3\xB6");
 }
 
 TEST(ListIniKeys, NamesTheKeysInOrderWithANulBehindEach) {

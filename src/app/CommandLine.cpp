@@ -1,0 +1,91 @@
+#include "app/CommandLine.h"
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+
+#include "driver/run/Product.h"
+
+namespace zent {
+namespace {
+
+constexpr const char* kDescription = "ZentUpdate applies an update package to an installed Korvo.";
+
+constexpr const char* kFooter =
+    "Exit codes: 0 success; 80 success, restart needed; 10 success with warnings\n"
+    "(--detailed-exitcode); 1 setup failed; 64 wrong command line; 66 no package;\n"
+    "69 the application is not installed; 75 the machine is in use; 77 refused by --strict.\n";
+
+void AddWindowOptions(CLI::App& app, CommandLine& line, bool& window, bool& console) {
+  auto* const window_flag =
+      app.add_flag("--window", window, "Show the window (the default with a display)");
+  auto* const console_flag =
+      app.add_flag("--console", console, "Use the terminal (the default without a display)");
+  window_flag->excludes(console_flag);
+  app.add_flag("--unattended", line.unattended,
+               "Answer every question with its safe answer: Cancel, No, Continue");
+  app.add_option("--answers", line.answers,
+                 "Answers, one a line: retry, cancel, yes, no, continue, text:...")
+      ->type_name("FILE");
+  app.add_option("--retries", line.retries, "Unattended: answer Retry so many times first")
+      ->check(CLI::Range(0, 1000))
+      ->type_name("N");
+}
+
+void AddRecordOptions(CLI::App& app, CommandLine& line) {
+  app.add_option("--log", line.log, "Write the message box's whole text to a file, in UTF-8")
+      ->type_name("FILE");
+  app.add_option("--events", line.events, "Write what happens to a file, one JSON object a line")
+      ->type_name("FILE");
+  app.add_flag("--strict", line.strict,
+               "Refuse what a plain run only tolerates: unknown keywords and path macros,\n"
+               "text swallowed behind a path macro");
+  app.add_flag("--detailed-exitcode", line.detailed_exitcode,
+               "Return 10 when the run succeeds but a command was warned or failed");
+}
+
+}  // namespace
+
+std::variant<CommandLine, CommandLineEnd> ParseCommandLine(int argc, const char* const* argv,
+                                                           const std::string& parts) {
+  CommandLine line;
+  bool window = false;
+  bool console = false;
+  const std::string version =
+      fmt::format("{}.{}.{}", kVersionMajor, kVersionMinor, kVersionRevision);
+
+  CLI::App app(kDescription, "zentupdate");
+  app.set_version_flag("--version", fmt::format("ZentUpdate {}\n{}", version, parts));
+  app.footer(kFooter);
+  app.fallthrough();
+  app.add_option("PACKAGE", line.package,
+                 "Folder of the update package: the one that holds ZentUpdate.ini\n"
+                 "(default: the current folder)");
+  app.add_option("--machine", line.machine,
+                 "The machine to service, a folder in the layout of a Wine prefix\n"
+                 "(default: $WINEPREFIX, else the user's own prefix)")
+      ->type_name("DIR");
+  app.add_flag("--follow-profile-links", line.follow_profile_links,
+               "Let the profile's links (Desktop, Documents, ...) lead to the home folder");
+  AddWindowOptions(app, line, window, console);
+  AddRecordOptions(app, line);
+  auto* const run = app.add_subcommand("run", "Run the package; may be left out");
+  run->add_option("PACKAGE", line.package, "Folder of the update package");
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    return CommandLineEnd{.text = app.help()};
+  } catch (const CLI::CallForVersion& call) {
+    return CommandLineEnd{.text = std::string(call.what()) + "\n"};
+  } catch (const CLI::ParseError& error) {
+    return CommandLineEnd{
+        .text = fmt::format("zentupdate: {}\nTry 'zentupdate --help'.\n", error.what()),
+        .wrong = true};
+  }
+  if (window) line.window = WindowChoice::Window;
+  if (console) line.window = WindowChoice::Console;
+  return line;
+}
+
+}  // namespace zent

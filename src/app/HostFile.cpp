@@ -1,0 +1,24 @@
+#include "app/HostFile.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace zent {
+namespace {
+
+constexpr std::uintmax_t kLimit = 16U << 20U;  // bytes
+
+}  // namespace
+
+Result<std::string> ReadHostFile(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return StandardError(kFileNotFound);
+  if (std::filesystem::file_size(path, error) > kLimit) return StandardError(kOutOfStringSpace);
+  std::ifstream file(std::filesystem::path(path), std::ios::binary);
+  if (!file.is_open()) return StandardError(kPathFileAccess);
+  return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+}
+
+}  // namespace zent

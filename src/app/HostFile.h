@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+#include "base/Status.h"
+
+namespace zent {
+
+/// The bytes of a file of the host that the command line names. Errors: kFileNotFound, and
+/// kOutOfStringSpace for one above 16 MB.
+Result<std::string> ReadHostFile(const std::string& path);
+
+}  // namespace zent

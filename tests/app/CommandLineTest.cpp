@@ -1,0 +1,100 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "app/CommandLine.h"
+
+namespace zent {
+namespace {
+
+using ::testing::HasSubstr;
+
+std::variant<CommandLine, CommandLineEnd> Parse(std::vector<const char*> arguments) {
+  arguments.insert(arguments.begin(), "zentupdate");
+  return ParseCommandLine(static_cast<int>(arguments.size()), arguments.data(), "window: none");
+}
+
+CommandLine ParseRun(const std::vector<const char*>& arguments) {
+  const auto parsed = Parse(arguments);
+  EXPECT_TRUE(std::holds_alternative<CommandLine>(parsed));
+  return std::holds_alternative<CommandLine>(parsed) ? std::get<CommandLine>(parsed)
+                                                     : CommandLine();
+}
+
+TEST(CommandLine, WithoutArgumentsIsAPlainRun) {
+  const CommandLine line = ParseRun({});
+  EXPECT_EQ(line.package, "");
+  EXPECT_EQ(line.machine, "");
+  EXPECT_EQ(line.window, WindowChoice::Default);
+  EXPECT_FALSE(line.unattended);
+  EXPECT_FALSE(line.strict);
+  EXPECT_EQ(line.retries, 0);
+}
+
+TEST(CommandLine, TakesEveryOption) {
+  const CommandLine line = ParseRun(
+      {"pkg", "--machine", "m", "--console", "--unattended", "--answers", "a", "--retries", "3",
+       "--log", "l", "--events", "e", "--strict", "--detailed-exitcode", "--follow-profile-links"});
+  EXPECT_EQ(line.package, "pkg");
+  EXPECT_EQ(line.machine, "m");
+  EXPECT_EQ(line.window, WindowChoice::Console);
+  EXPECT_TRUE(line.unattended);
+  EXPECT_EQ(line.answers, "a");
+  EXPECT_EQ(line.retries, 3);
+  EXPECT_EQ(line.log, "l");
+  EXPECT_EQ(line.events, "e");
+  EXPECT_TRUE(line.strict);
+  EXPECT_TRUE(line.detailed_exitcode);
+  EXPECT_TRUE(line.follow_profile_links);
+}
+
+TEST(CommandLine, TheWordRunMayStandBeforeThePackage) {
+  EXPECT_EQ(ParseRun({"run", "pkg"}).package, "pkg");
+  EXPECT_EQ(ParseRun({"run", "pkg", "--machine", "m"}).machine, "m");
+  EXPECT_EQ(ParseRun({"--machine", "m", "run", "pkg"}).package, "pkg");
+  EXPECT_EQ(ParseRun({"run"}).package, "");
+}
+
+TEST(CommandLine, ChoosesTheWindow) {
+  EXPECT_EQ(ParseRun({"--window"}).window, WindowChoice::Window);
+}
+
+TEST(CommandLine, RefusesWhatItDoesNotKnow) {
+  for (const std::vector<const char*>& arguments :
+       std::vector<std::vector<const char*>>{{"--nosuch"},
+                                             {"a", "b"},
+                                             {"--machine"},
+                                             {"--window", "--console"},
+                                             {"--retries", "-1"},
+                                             {"--retries", "many"},
+                                             {"check", "pkg"}}) {
+    const auto parsed = Parse(arguments);
+    ASSERT_TRUE(std::holds_alternative<CommandLineEnd>(parsed)) << arguments.front();
+    EXPECT_TRUE(std::get<CommandLineEnd>(parsed).wrong);
+    EXPECT_THAT(std::get<CommandLineEnd>(parsed).text, HasSubstr("--help"));
+  }
+}
+
+TEST(CommandLine, HelpNamesEveryOptionAndExitCode) {
+  const auto parsed = Parse({"--help"});
+  ASSERT_TRUE(std::holds_alternative<CommandLineEnd>(parsed));
+  const CommandLineEnd& end = std::get<CommandLineEnd>(parsed);
+  EXPECT_FALSE(end.wrong);
+  for (const char* word :
+       {"PACKAGE", "--machine", "--window", "--console", "--unattended", "--answers", "--retries",
+        "--log", "--events", "--strict", "--detailed-exitcode", "--follow-profile-links",
+        "--version", "Exit codes", "80", "77"}) {
+    EXPECT_THAT(end.text, HasSubstr(word));
+  }
+}
+
+TEST(CommandLine, VersionTellsWhatTheBuildIsMadeOf) {
+  const auto parsed = Parse({"--version"});
+  ASSERT_TRUE(std::holds_alternative<CommandLineEnd>(parsed));
+  EXPECT_THAT(std::get<CommandLineEnd>(parsed).text,
+              ::testing::MatchesRegex("ZentUpdate [0-9.]+\nwindow: none\n"));
+}
+
+}  // namespace
+}  // namespace zent
