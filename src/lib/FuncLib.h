@@ -62,9 +62,11 @@ std::string MaskPassword(std::string_view connect_text);
 ///   the token (StripQuotes takes them off). A blank `opening_quote` is none.
 /// - `closing_quote` is taken for the record of the two quotes alone and changes nothing.
 ///
-/// Error: kInvalidProcedureCall for an empty delimiter, and the list is empty; whoever reads lines
-/// for the user shows it as "(GetTokens) Error: " with the line. Takes time in proportion to the
-/// line.
+/// Errors: kInvalidProcedureCall for an empty delimiter, kOutOfStringSpace for a line of more than
+/// kMaxTokens tokens (no command has them, and their list would be many times the line); the list
+/// is empty then. Whoever reads lines for the user shows it as "(GetTokens) Error: " with the line.
+/// Takes time in proportion to the line.
+inline constexpr std::size_t kMaxTokens = 65536;
 Result<std::size_t> GetTokens(std::string_view line, std::string_view delimiter, TokenList& tokens,
                               std::string_view opening_quote = {},
                               std::string_view closing_quote = {});

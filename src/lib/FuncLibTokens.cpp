@@ -51,6 +51,10 @@ Result<std::size_t> GetTokens(std::string_view line, std::string_view delimiter,
     const bool at_end = from == line.size();
     if (quotes.IsOddAt(cut) && !at_end) continue;
     tokens.Add(line.substr(start, cut - start));
+    if (tokens.Count() > kMaxTokens) {
+      tokens.Clear();
+      return StandardError(kOutOfStringSpace);
+    }
     if (at_end) return tokens.Count();
     start = from;
     quotes.Restart(start);

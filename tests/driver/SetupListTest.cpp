@@ -3,6 +3,7 @@
 
 #include "driver/SetupList.h"
 #include "fakes/run/RunBuilder.h"
+#include "lib/FuncLib.h"
 
 namespace zent {
 namespace {
@@ -183,6 +184,16 @@ TEST(RunSetupList, TakesALineOfTenMegabytes) {
   ListRun given("[setup]\nmsg,\"" + text + "\"\nmsg,after\n");
   EXPECT_THAT(given.Messages(), ElementsAre(text, "after"));
   EXPECT_EQ(given.window.log.size(), 30000U);
+}
+
+TEST(RunSetupList, ALineThatCannotBeSplitIsReportedAndTheListGoesOn) {
+  const std::string line = "msg," + std::string(kMaxTokens, ',');
+  ListRun given("[setup]\n" + line + "\nmsg,after\n");
+  EXPECT_THAT(given.Messages(), ElementsAre("after"));
+  EXPECT_THAT(given.window.boxes,
+              ElementsAre("(GetTokens) Error: Out of string space\r\nLine: " + line));
+  EXPECT_FALSE(given.run.state.ErrorOccurred);
+  EXPECT_EQ(given.observer.records[0].outcome, Outcome::Warned);
 }
 
 TEST(RunSetupList, ShowsItsProgress) {
