@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <ostream>
@@ -29,6 +30,8 @@ class RegistryMachine {
 struct RegistryAdapter {
   std::string name;
   std::function<std::unique_ptr<RegistryMachine>()> make;
+  /// Characters of the longest key name. Windows takes 255; Wine 8 refuses that one.
+  std::size_t longest_key_name = 255;
 };
 
 inline void PrintTo(const RegistryAdapter& adapter, std::ostream* out) { *out << adapter.name; }
@@ -119,10 +122,6 @@ inline const KeyStep kKeySteps[] = {
      R"(Software\ZentContract\ blank )", 0},
     {"... and not found without them", false, KeyHandle::CurrentUser,
      R"(Software\ZentContract\blank)", kFileNotFound},
-    {"the longest name", true, KeyHandle::CurrentUser,
-     R"(Software\ZentContract\)" + std::string(255, 'k'), 0},
-    {"a name that is too long", true, KeyHandle::CurrentUser,
-     R"(Software\ZentContract\)" + std::string(256, 'k'), kPathFileAccess},
     {"the machine's keys are others", false, KeyHandle::LocalMachine, R"(Software\ZentContract)",
      kFileNotFound},
     {"a key of the machine is made", true, KeyHandle::LocalMachine, R"(Software\ZentContract)", 0},
@@ -141,6 +140,13 @@ TEST_P(RegistryContract, OpensAndCreatesKeys) {
       EXPECT_TRUE(registry().CloseKey(key.value()).ok());
     }
   }
+}
+
+TEST_P(RegistryContract, BoundsTheLengthOfAKeyName) {
+  const std::string longest(GetParam().longest_key_name, 'k');
+  const KeyHandle top = Create(R"(Software\ZentContract)");
+  EXPECT_TRUE(registry().CreateKey(top, longest).ok());
+  EXPECT_EQ(registry().CreateKey(top, std::string(256, 'k')).number(), kPathFileAccess);
 }
 
 TEST_P(RegistryContract, OpensKeysBelowAnOpenKey) {
