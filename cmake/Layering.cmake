@@ -5,7 +5,7 @@ cmake_minimum_required(VERSION 3.25)
 set(standard_headers
   algorithm array atomic bit bitset cassert cctype charconv chrono cmath compare concepts
   condition_variable cstddef cstdint cstdio cstdlib cstring deque exception filesystem fstream
-  functional initializer_list iomanip ios iostream istream iterator limits list map memory mutex
+  functional initializer_list iomanip ios iosfwd iostream istream iterator limits list map memory mutex
   new numeric optional ostream queue random ranges set span sstream stack stdexcept streambuf
   string string_view system_error thread tuple type_traits unordered_map unordered_set utility
   variant vector)
