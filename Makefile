@@ -2,7 +2,7 @@
 MAKEFLAGS += --no-print-directory
 JOBS ?= $(shell nproc)
 
-.PHONY: all test check-fast demo format tidy bench clean setup setup-build
+.PHONY: all test check-fast demo format tidy bench fuzz clean setup setup-build
 
 all: setup-build ## build the program into build/bin
 	@cmake --preset linux >/dev/null
@@ -38,6 +38,11 @@ bench: setup ## ratios against peers measured in the same run
 	@cmake --preset bench >/dev/null
 	@cmake --build --preset bench -j $(JOBS)
 	@scripts/bench
+
+fuzz: setup ## every fuzz target for a while (SECONDS_EACH=20)
+	@cmake --preset linux-fuzz >/dev/null
+	@cmake --build --preset linux-fuzz -j $(JOBS)
+	@scripts/fuzz
 
 clean:
 	@rm -rf build
