@@ -31,12 +31,13 @@ function(zent_library folder)
   set_tests_properties(layering.${folder} PROPERTIES LABELS layering)
 endfunction()
 
-# zent_test(FOLDER SOURCES file... USES folder... [LINKS target...] [LABEL label])
+# zent_test(FOLDER SOURCES file... USES folder... [LINKS target...] [LABEL label] [LAUNCHER program])
 #
 # The test program of src/FOLDER: links that library, the adapters it needs (USES) and the test
-# support. Every test is listed by CTest under its own name.
+# support. Every test is listed by CTest under its own name, and started by LAUNCHER where one is
+# given.
 function(zent_test folder)
-  cmake_parse_arguments(ARG "" "LABEL" "SOURCES;USES;LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "" "LABEL" "SOURCES;USES;LINKS;LAUNCHER" ${ARGN})
   string(REPLACE "/" "_" name "${folder}")
   add_executable(test_${name} ${ARG_SOURCES})
   set(uses)
@@ -50,6 +51,9 @@ function(zent_test folder)
     ZENT_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
   if(NOT ARG_LABEL)
     set(ARG_LABEL unit)
+  endif()
+  if(ARG_LAUNCHER)
+    set_target_properties(test_${name} PROPERTIES CROSSCOMPILING_EMULATOR "${ARG_LAUNCHER}")
   endif()
   gtest_discover_tests(test_${name} TEST_PREFIX "${folder}." DISCOVERY_TIMEOUT 60
                        PROPERTIES LABELS ${ARG_LABEL})

@@ -1,5 +1,6 @@
 #include "ui/qt/MainWindow.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -57,6 +58,7 @@ MainWindow::MainWindow(Actions actions) : actions_(std::move(actions)) {
   connect(continue_, &QPushButton::clicked, this, [this] { actions_.continue_clicked(); });
   connect(close_, &QPushButton::clicked, this, [this] { actions_.close_clicked(); });
   log_->setFocus();
+  connect(qApp, &QApplication::focusChanged, this, [this] { MarkDefault(); });
   MarkDefault();
   SetSizes();
 }
@@ -114,6 +116,7 @@ void MainWindow::EnableButton(WindowButton button, bool enabled) {
 
 void MainWindow::SetProgress(std::size_t step, std::size_t steps) {
   // A range of 0 to 0 shows a bar that only says that work goes on.
+  has_steps_ = steps > 0;
   bar_->setRange(0, ToBarValue(steps));
   bar_->setValue(ToBarValue(std::min(step, steps)));
   if (closing_) return;
@@ -126,9 +129,10 @@ void MainWindow::SetProgress(std::size_t step, std::size_t steps) {
 void MainWindow::SetRunning(bool running) {
   running_ = running;
   MarkDefault();
-  if (running || bar_->maximum() > 0) return;
-  bar_->setRange(0, 1);  // what moves would say that work goes on
-  bar_->setValue(0);
+  if (running || has_steps_) return;
+  bar_->setRange(0, 1);  // a bar that moves would say that work goes on
+  step_->setText("Ended");
+  bar_->setAccessibleDescription(step_->text());
 }
 
 void MainWindow::ShowClosing() {
@@ -144,9 +148,16 @@ void MainWindow::PaintNow() {
   repaint();
 }
 
+QPushButton* MainWindow::DefaultButton() const {
+  if (continue_->isEnabled()) return continue_;
+  return running_ || !close_->isEnabled() ? nullptr : close_;
+}
+
 void MainWindow::MarkDefault() {
-  continue_->setDefault(continue_->isEnabled());
-  close_->setDefault(!running_ && !continue_->isEnabled());
+  // A button with the focus answers to Return itself, and is then the one that looks so.
+  QPushButton* marked = qobject_cast<QPushButton*>(focusWidget());
+  if (marked == nullptr) marked = DefaultButton();
+  for (QPushButton* button : {install_, continue_, close_}) button->setDefault(button == marked);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -157,9 +168,8 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::keyPressEvent(QKeyEvent* event) {
   const bool is_return = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-  for (QPushButton* button : {continue_, close_}) {
-    if (is_return && plain && button->isDefault() && button->isEnabled()) return button->click();
-  }
+  QPushButton* button = DefaultButton();
+  if (is_return && plain && button != nullptr) return button->click();
   QWidget::keyPressEvent(event);
 }
 

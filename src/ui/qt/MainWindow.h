@@ -50,6 +50,8 @@ class MainWindow : public QWidget {
   QPushButton* MakeButton(const char* name, const char* text, const char* description);
   void MakeProgress(QGridLayout& grid);
   void SetSizes();
+  /// The button that Return presses where the focus is on no button; may be none.
+  QPushButton* DefaultButton() const;
   void MarkDefault();
 
   Actions actions_;
@@ -62,6 +64,7 @@ class MainWindow : public QWidget {
   QPushButton* close_ = nullptr;
   bool running_ = false;
   bool closing_ = false;
+  bool has_steps_ = false;
 };
 
 }  // namespace zent

@@ -36,17 +36,28 @@ MessageQuestion CloseQuestion(const QWidget& window) {
 
 }  // namespace
 
+template <typename Callback>
+void QtUpdateWindow::Guarded(Callback callback) noexcept {
+  try {
+    callback();
+  } catch (const std::exception& error) {
+    ReportDefect(error.what());
+  } catch (...) {
+    ReportDefect("unknown");
+  }
+}
+
 QtUpdateWindow::QtUpdateWindow() {
   if (QCoreApplication::instance() == nullptr) {
     application_ = std::make_unique<QApplication>(argument_count_, arguments_);
     QGuiApplication::setDesktopFileName("zentupdate");
   }
   QGuiApplication::setQuitOnLastWindowClosed(false);  // Run ends its own loop
-  window_ = std::make_unique<MainWindow>(
-      MainWindow::Actions{.close_clicked = [this] { CloseClicked(); },
-                          .continue_clicked = [this] { Raise(&WindowEvents::cmdContinue_Click); },
-                          .install_clicked = [this] { Raise(&WindowEvents::cmdInstall360_Click); },
-                          .close_wanted = [this] { Guarded([this] { CloseWanted(); }); }});
+  window_ = std::make_unique<MainWindow>(MainWindow::Actions{
+      .close_clicked = [this] { Guarded([this] { CloseClicked(); }); },
+      .continue_clicked = [this] { Guarded([this] { RaiseClick(WindowButton::Continue); }); },
+      .install_clicked = [this] { Guarded([this] { RaiseClick(WindowButton::Install360); }); },
+      .close_wanted = [this] { Guarded([this] { CloseWanted(); }); }});
   show_timer_ = std::make_unique<QTimer>();
   show_timer_->setSingleShot(true);
   QObject::connect(show_timer_.get(), &QTimer::timeout, window_.get(),
@@ -93,24 +104,27 @@ void QtUpdateWindow::Close() {
   close_after_load_ = true;
 }
 
-void QtUpdateWindow::Raise(void (WindowEvents::*event)()) {
-  Guarded([this, event] {
-    if (events_ != nullptr) (events_->*event)();
-  });
+void QtUpdateWindow::RaiseClick(WindowButton button) {
+  if (events_ == nullptr) return;
+  switch (button) {
+    case WindowButton::Close:
+      return events_->cmdClose_Click();
+    case WindowButton::Continue:
+      return events_->cmdContinue_Click();
+    case WindowButton::Install360:
+      return events_->cmdInstall360_Click();
+  }
 }
 
 void QtUpdateWindow::CloseClicked() {
-  if (stage_ == Stage::Loaded) return Raise(&WindowEvents::cmdClose_Click);
-  Guarded([this] { CloseWanted(); });
+  return stage_ == Stage::Loaded ? RaiseClick(WindowButton::Close) : CloseWanted();
 }
 
 void QtUpdateWindow::CloseWanted() {
+  // A question that stands open is answered first, whoever closes.
+  if (close_requested_ || QApplication::activeModalWidget() != nullptr) return;
   if (stage_ != Stage::Loading) return CloseNow();
-  if (close_requested_ || asking_to_close_) return;
-  asking_to_close_ = true;
-  const Answer answer = AskBox(window_.get(), CloseQuestion(*window_));
-  asking_to_close_ = false;
-  if (answer != Answer::Yes) return;
+  if (AskBox(window_.get(), CloseQuestion(*window_)) != Answer::Yes) return;
   close_requested_ = true;
   window_->ShowClosing();
 }
@@ -119,16 +133,6 @@ void QtUpdateWindow::CloseNow() {
   stage_ = Stage::Closed;
   window_->hide();
   if (loop_ != nullptr) loop_->quit();
-}
-
-void QtUpdateWindow::Guarded(const std::function<void()>& callback) noexcept {
-  try {
-    callback();
-  } catch (const std::exception& error) {
-    ReportDefect(error.what());
-  } catch (...) {
-    ReportDefect("unknown");
-  }
 }
 
 void QtUpdateWindow::ReportDefect(const char* what) noexcept {

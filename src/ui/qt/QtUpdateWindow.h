@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -56,13 +55,14 @@ class QtUpdateWindow : public UpdateWindow {
 
   void Load();
   void WaitUntilVisible();
-  void Raise(void (WindowEvents::*event)());
+  void RaiseClick(WindowButton button);
   void CloseClicked();
   /// The user wants to close: at once, or with a question while Form_Load is at work.
   void CloseWanted();
   void CloseNow();
   /// Runs what Qt called; nothing it throws goes back into Qt.
-  void Guarded(const std::function<void()>& callback) noexcept;
+  template <typename Callback>
+  void Guarded(Callback callback) noexcept;
   void ReportDefect(const char* what) noexcept;
   /// Shows what waits; with `paint`, on the screen when this returns.
   void ShowPending(bool paint);
@@ -82,7 +82,6 @@ class QtUpdateWindow : public UpdateWindow {
   Stage stage_ = Stage::Made;
   bool close_requested_ = false;
   bool close_after_load_ = false;
-  bool asking_to_close_ = false;
   bool serving_ = false;
 };
 

@@ -34,7 +34,7 @@ constexpr std::string_view kLines[] = {
     R"(Creating Folder C:\Program Files\Korvo\ZentHelp\Pictures)",
     "Running regsvr32.exe (RetVal=42)",
     "Synchronising Korvo.mdb",
-    "Stra\u00dfe, na\u00efve, \u65e5\u672c\u8a9e, \u03b1\u03b2\u03b3",
+    "Stra\u00dfe, na\u00efve, \u03b1\u03b2\u03b3",
 };
 
 class Scene : public WindowEvents {
@@ -63,7 +63,7 @@ class Scene : public WindowEvents {
  private:
   using Show = std::function<void(UpdateWindow&)>;
   static const std::map<std::string, Show>& Scenes() {
-    static const std::map<std::string, Show> kScenes = {
+    static const std::map<std::string, Show> scenes = {
         {"retry",
          [](UpdateWindow& window) {
            window.Ask({.title = "Korvo Update 3.7 - Service Pack",
@@ -111,12 +111,10 @@ class Scene : public WindowEvents {
                                      "Username is Case Sensitive."});
          }},
     };
-    return kScenes;
+    return scenes;
   }
 
-  void Say(std::string_view line) {
-    window_.AppendMessage("  " + std::string(line) + "\r\n", 0);
-  }
+  void Say(std::string_view line) { window_.AppendMessage("  " + std::string(line) + "\r\n", 0); }
   void Wait() {
     while (!window_.CloseRequested()) window_.ProcessEvents(std::chrono::milliseconds(100));
   }
