@@ -13,6 +13,7 @@
 #include "app/ExitCode.h"
 #include "app/HostFile.h"
 #include "app/RunRecorder.h"
+#include "app/linux/Desktop.h"
 #include "app/linux/PrefixMachine.h"
 #include "driver/frmZentUpdate.h"
 #include "ui/console/ConsoleWindow.h"
@@ -75,21 +76,26 @@ ExitCode RunPackage(const CommandLine& line, const PrefixMachine& machine, Updat
 }
 
 ExitCode RunThroughWindow(const CommandLine& line, const PrefixMachine& machine,
-                          ScriptedAnswers answers, RunObserver& observer) {
-  const bool interactive = !IsScripted(line) && ::isatty(STDIN_FILENO) != 0;
-  ConsoleWindow console(STDIN_FILENO, std::cout, interactive);
-  if (!IsScripted(line)) return RunPackage(line, machine, console, observer);
+                          UpdateWindow& screen, ScriptedAnswers answers, RunObserver& observer) {
+  if (!IsScripted(line)) return RunPackage(line, machine, screen, observer);
 
-  ScriptWindow script(console, std::move(answers), line.retries);
+  ScriptWindow script(screen, std::move(answers), line.retries);
   const ExitCode code = RunPackage(line, machine, script, observer);
   for (const std::string& complaint : script.complaints()) Complain(code, complaint);
   return code;
 }
 
-ExitCode Run(const CommandLine& line) {
-  if (line.window == WindowChoice::Window) {
-    return Complain(ExitCode::WrongCommandLine, "this build has no window; use --console");
+/// The window that the command line chooses; null when it is not to be had.
+std::unique_ptr<UpdateWindow> MakeScreen(const CommandLine& line) {
+  if (line.window != WindowChoice::Console) {
+    std::unique_ptr<UpdateWindow> window = MakeGraphicalWindow();
+    if (window != nullptr || line.window == WindowChoice::Window) return window;
   }
+  const bool interactive = !IsScripted(line) && ::isatty(STDIN_FILENO) != 0;
+  return std::make_unique<ConsoleWindow>(STDIN_FILENO, std::cout, interactive);
+}
+
+ExitCode Run(const CommandLine& line) {
   Result<ScriptedAnswers> answers = ReadAnswers(line.answers);
   if (!answers.ok()) {
     return Complain(ExitCode::WrongCommandLine, line.answers + ": " + answers.error().description);
@@ -99,11 +105,13 @@ ExitCode Run(const CommandLine& line) {
   if (!std::filesystem::is_directory(package)) {
     return Complain(ExitCode::NoPackage, "no package folder: " + package.string());
   }
+  const std::unique_ptr<DesktopWindows> windows = MakeDesktopWindows();
   const Result<std::unique_ptr<PrefixMachine>> machine =
       PrefixMachine::Open({.folder = MachineFolder(line),
                            .package = package,
                            .follow_profile_links = line.follow_profile_links,
-                           .path_list = Environment("PATH")});
+                           .path_list = Environment("PATH"),
+                           .windows = windows.get()});
   if (!machine.ok()) {
     return Complain(CodeOfMachineError(machine.error()), "machine: " + machine.error().description);
   }
@@ -118,15 +126,19 @@ ExitCode Run(const CommandLine& line) {
   Result<std::optional<RecordFile>> events = OpenRecord(line.events);
   if (!events.ok()) return Complain(ExitCode::WrongCommandLine, events.error().description);
 
+  const std::unique_ptr<UpdateWindow> screen = MakeScreen(line);
+  if (screen == nullptr) {
+    return Complain(ExitCode::WrongCommandLine, "no desktop for a window here; use --console");
+  }
   RunRecorder recorder(std::move(log.value()), std::move(events.value()),
                        IsScripted(line) ? &std::cerr : nullptr);
-  return RunThroughWindow(line, *machine.value(), std::move(answers.value()), recorder);
+  return RunThroughWindow(line, *machine.value(), *screen, std::move(answers.value()), recorder);
 }
 
 ExitCode Main(int argc, const char* const* argv) {
   // A terminal that goes away must not end a run half-way.
   std::signal(SIGPIPE, SIG_IGN);  // NOLINT(cert-err33-c): there is nothing to do about it
-  const auto parsed = ParseCommandLine(argc, argv, "machine: Wine prefix; window: terminal only");
+  const auto parsed = ParseCommandLine(argc, argv, "machine: Wine prefix; " + WindowPart());
   if (const auto* const end = std::get_if<CommandLineEnd>(&parsed)) {
     (end->wrong ? std::cerr : std::cout) << end->text;
     return end->wrong ? ExitCode::WrongCommandLine : ExitCode::Success;
