@@ -5,6 +5,7 @@
 
 #include "base/Text.h"
 #include "driver/BasicCommands.h"
+#include "fileops/Registration.h"
 
 namespace zent {
 namespace {
@@ -27,8 +28,8 @@ constexpr std::array kCommands = {
     Command{"cslk", CommandNotAvailable, "3"},
     Command{"csld", CommandNotAvailable, "3"},
     Command{"regw", CommandNotAvailable},
-    Command{"ureg", CommandNotAvailable, "2"},
-    Command{"reg", CommandNotAvailable, "2"},
+    Command{"ureg", UnregisterCommand, "2"},
+    Command{"reg", RegisterCommand, "2"},
     Command{"cr", CommandNotAvailable, "3"},
     Command{"ccr", CommandNotAvailable, "3"},
     Command{"crie", CommandNotAvailable, "3"},
@@ -48,7 +49,7 @@ constexpr std::array kCommands = {
     Command{"updxfields", CommandNotAvailable, "2"},
     Command{"wrtnetupdini", WriteSetting, "2"},
     Command{"wrttoini", WriteSetting, "2"},
-    Command{"run", CommandNotAvailable, "2"},
+    Command{"run", RunCommand, "2"},
 };
 
 }  // namespace
