@@ -6,6 +6,7 @@
 #include "platform/Registry.h"
 #include "platform/SettingsFiles.h"
 #include "platform/Shell.h"
+#include "platform/ShellLinks.h"
 #include "platform/SystemInfo.h"
 
 namespace zent {
@@ -19,6 +20,7 @@ struct Platform {
   Processes& processes;
   Shell& shell;
   Clock& clock;
+  ShellLinks& links;
 };
 
 }  // namespace zent

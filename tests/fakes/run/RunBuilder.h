@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "driver/run/UpdateRun.h"
+#include "fakes/FakeShellLinks.h"
 #include "fakes/FakeSystemInfo.h"
 #include "fakes/MemoryFileSystem.h"
 #include "fakes/MemoryRegistry.h"
@@ -30,6 +31,7 @@ class MemoryMachine {
   FakeProcesses processes;
   FakeShell shell;
   FakeClock clock;
+  FakeShellLinks links;
   Platform platform;
 
   /// Installs Korvo: App Paths entry, folders of the system and of the user, last run, settings.

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace zent::testing {
+
+/// A link that the system wrote, and what it read back from it.
+struct LinkSample {
+  std::string name;
+  bool folder = false;  ///< the target is one
+  std::string target;
+  std::string working_folder = {};
+  std::string arguments = {};
+  std::string description = {};
+  std::string bytes = {};
+};
+
+/// The samples of tests/data/links/recorded.txt, whose head describes the form.
+std::vector<LinkSample> LoadLinkSamples();
+
+}  // namespace zent::testing
