@@ -6,6 +6,8 @@
 #include "base/Text.h"
 #include "driver/BasicCommands.h"
 #include "fileops/Registration.h"
+#include "fileops/RegistryCommands.h"
+#include "fileops/Shortcuts.h"
 
 namespace zent {
 namespace {
@@ -25,9 +27,9 @@ constexpr std::array kCommands = {
     Command{"copyl", CommandNotAvailable, "23"},
     Command{"bkpf", CommandNotAvailable, "2"},
     Command{"ccl", CommandNotAvailable, "23"},
-    Command{"cslk", CommandNotAvailable, "3"},
-    Command{"csld", CommandNotAvailable, "3"},
-    Command{"regw", CommandNotAvailable},
+    Command{"cslk", CreateGroupShortcut, "3"},
+    Command{"csld", CreateDesktopShortcut, "3"},
+    Command{"regw", WriteRegistryCommand},
     Command{"ureg", UnregisterCommand, "2"},
     Command{"reg", RegisterCommand, "2"},
     Command{"cr", CommandNotAvailable, "3"},
