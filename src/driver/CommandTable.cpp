@@ -5,6 +5,8 @@
 
 #include "base/Text.h"
 #include "driver/BasicCommands.h"
+#include "driver/Checks.h"
+#include "driver/Relocation.h"
 #include "fileops/Registration.h"
 #include "fileops/RegistryCommands.h"
 #include "fileops/Shortcuts.h"
@@ -15,12 +17,12 @@ namespace {
 constexpr std::array kCommands = {
     Command{.keyword = "BeginVista", .marker = BlockMarker::Begin},
     Command{.keyword = "EndVista", .marker = BlockMarker::End},
-    Command{"SS2000ToSS2005", CommandNotAvailable},
+    Command{"SS2000ToSS2005", RelocateDataSource},
     Command{"msg", ShowText},
     Command{"wait", WaitSeconds},
-    Command{"cte", CommandNotAvailable},
-    Command{"cdp", CommandNotAvailable},
-    Command{"ep", CommandNotAvailable},
+    Command{"cte", CheckBrowser},
+    Command{"cdp", CheckDataFolder},
+    Command{"ep", CloseProgram},
     Command{"del", CommandNotAvailable, "2"},
     Command{"copy", CommandNotAvailable, "3"},
     Command{"cc", CommandNotAvailable, "3"},
@@ -37,8 +39,8 @@ constexpr std::array kCommands = {
     Command{"crie", CommandNotAvailable, "3"},
     Command{"CopyRegIfNotSameVersion", CommandNotAvailable, "3"},
     Command{"CopyRegIfNewerVersion", CommandNotAvailable, "3"},
-    Command{"CloseOutlookMessageIfRunning", CommandNotAvailable},
-    Command{"CheckMinVersion", CommandNotAvailable, "3"},
+    Command{"CloseOutlookMessageIfRunning", AskToCloseMailProgram},
+    Command{"CheckMinVersion", CheckMinVersion, "3"},
     Command{"stdf", CommandNotAvailable, "234"},
     Command{"importlookup", CommandNotAvailable, "2"},
     Command{"mkdr", CommandNotAvailable, "2"},
