@@ -8,6 +8,7 @@
 #include "platform/Shell.h"
 #include "platform/ShellLinks.h"
 #include "platform/SystemInfo.h"
+#include "platform/VersionResources.h"
 
 namespace zent {
 
@@ -20,6 +21,7 @@ struct Platform {
   Processes& processes;
   Shell& shell;
   Clock& clock;
+  VersionResources& versions;
   ShellLinks& links;
 };
 

@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "fakes/FakeShellLinks.h"
 #include "fakes/FakeSystemInfo.h"
 #include "fakes/MemoryFileSystem.h"
 #include "fakes/MemoryRegistry.h"
@@ -11,6 +12,7 @@
 #include "lib/RegFuncs.h"
 #include "platform/Platform.h"
 #include "platform/prefix/settings/PrefixSettingsFiles.h"
+#include "platform/prefix/version/PrefixVersionResources.h"
 
 namespace zent::testing {
 
@@ -23,7 +25,9 @@ struct TestMachine {
   FakeProcesses processes;
   FakeShell shell;
   FakeClock clock;
-  Platform ports{files, registry, settings, system, processes, shell, clock};
+  PrefixVersionResources versions{files};
+  FakeShellLinks links{files};
+  Platform ports{files, registry, settings, system, processes, shell, clock, versions, links};
 
   /// Sets a folder of the user, or of all users, as the registry names it.
   void UserFolder(std::string_view name, std::string_view path) {

@@ -59,8 +59,10 @@ void PrefixMachine::BuildAdapters(const Options& options) {
   wine_.emplace(options.path_list, options.folder, [this] { return registry_->HandOver(); });
   processes_.emplace(*programs_, *wine_);
   shell_.emplace(options.path_list, *wine_, options.windows);
-  platform_.emplace(
-      Platform{*files_, *registry_, *settings_, *system_, *processes_, *shell_, clock_});
+  links_.emplace(*files_);
+  versions_.emplace(*files_);
+  platform_.emplace(Platform{*files_, *registry_, *settings_, *system_, *processes_, *shell_,
+                             clock_, *versions_, *links_});
 }
 
 }  // namespace zent

@@ -10,6 +10,7 @@
 #include "platform/posix/UniqueFd.h"
 #include "platform/prefix/files/Drives.h"
 #include "platform/prefix/files/PrefixFileSystem.h"
+#include "platform/prefix/links/PrefixShellLinks.h"
 #include "platform/prefix/registry/PrefixRegistry.h"
 #include "platform/prefix/registry/PrefixSystemInfo.h"
 #include "platform/prefix/session/DesktopWindows.h"
@@ -19,6 +20,7 @@
 #include "platform/prefix/session/ProgramLocator.h"
 #include "platform/prefix/session/Wine.h"
 #include "platform/prefix/settings/PrefixSettingsFiles.h"
+#include "platform/prefix/version/PrefixVersionResources.h"
 
 namespace zent {
 
@@ -71,6 +73,8 @@ class PrefixMachine {
   std::optional<Wine> wine_;
   std::optional<PrefixProcesses> processes_;
   std::optional<PrefixShell> shell_;
+  std::optional<PrefixShellLinks> links_;
+  std::optional<PrefixVersionResources> versions_;
   std::optional<Platform> platform_;
 };
 

@@ -10,8 +10,9 @@ constexpr std::string_view kCurrentVersion = R"(SOFTWARE\Microsoft\Windows\Curre
 }  // namespace
 
 MemoryMachine::MemoryMachine()
-    : settings(files, system), links(files), platform{files,     registry, settings, system,
-                                                      processes, shell,    clock,    links} {
+    : settings(files, system), versions(files), links(files), platform{files,  registry,  settings,
+                                                                       system, processes, shell,
+                                                                       clock,  versions,  links} {
   files.PutFolder(R"(C:\windows\system32)");
   files.PutFolder(R"(D:\Package)");
   files.SetCurrentFolder(R"(D:\Package)");

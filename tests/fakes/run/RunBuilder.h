@@ -15,6 +15,7 @@
 #include "fakes/ui/RecordingWindow.h"
 #include "lib/TokenList.h"
 #include "platform/prefix/settings/PrefixSettingsFiles.h"
+#include "platform/prefix/version/PrefixVersionResources.h"
 
 namespace zent::testing {
 
@@ -31,6 +32,7 @@ class MemoryMachine {
   FakeProcesses processes;
   FakeShell shell;
   FakeClock clock;
+  PrefixVersionResources versions;
   FakeShellLinks links;
   Platform platform;
 
