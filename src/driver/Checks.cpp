@@ -110,7 +110,7 @@ Status CheckBrowser(UpdateRun& run, [[maybe_unused]] const TokenList& tokens) {
       "Internet Explorer 6.0{0}"
       "{0}"
       "Internet Explorer can be downloaded from {1}{0}"
-      "If you need help, please contact {2}.",
+      "Please contact {2} if you need help.",
       kLineBreak, kBrowserDownload, kSupportContact));
   FailCheck(run, "the browser is missing or too old");
   return {};

@@ -34,7 +34,7 @@ Result<RegistryAddress> AddressOf(const std::string& text) {
 Status WriteValue(Registry& registry, KeyHandle root, const RegistryAddress& address,
                   const std::string& text) {
   KeyHandle key = KeyHandle::None;
-  const Status created = CreateRegKey(registry, root, address.key, key);
+  Status created = CreateRegKey(registry, root, address.key, key);
   if (!created.ok()) return created;
   Status written = SetRegValue(registry, key, address.name, text);
   Status closed = registry.CloseKey(key);

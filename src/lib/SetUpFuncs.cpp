@@ -64,7 +64,7 @@ Status MakeFolders(FileSystem& files, const std::string& folder) {
        end = folder.find('\\', end + 1)) {
     const std::string level = folder.substr(0, end);
     if (FolderExists(files, level)) continue;
-    const Status created = files.CreateFolder(level);
+    Status created = files.CreateFolder(level);
     if (!created.ok()) return created;
   }
   return {};
@@ -100,7 +100,7 @@ Result<std::string> FolderOf(const Platform& machine, const ToolkitLink& link) {
   for (const ShellFolder& shell_folder : kShellFolders) {
     const std::optional<std::string_view> rest = RestBehind(link.folder, shell_folder.way);
     if (!rest) continue;
-    const Result<std::string> path = PathOf(machine, shell_folder, link.is_private);
+    Result<std::string> path = PathOf(machine, shell_folder, link.is_private);
     if (!path.ok()) return path;
     return AddBackslash(path.value() + std::string(*rest));
   }
@@ -111,7 +111,7 @@ Status MakeLink(const Platform& machine, const ToolkitLink& link) {
   if (!IsFileName(link.name)) return StandardError(kBadFileName);
   const Result<std::string> folder = FolderOf(machine, link);
   if (!folder.ok()) return folder.error();
-  const Status made = MakeFolders(machine.files, folder.value());
+  Status made = MakeFolders(machine.files, folder.value());
   if (!made.ok()) return made;
 
   const std::string target = machine.files.FullPath(link.target).value_or(std::string(link.target));
