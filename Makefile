@@ -2,7 +2,7 @@
 MAKEFLAGS += --no-print-directory
 JOBS ?= $(shell nproc)
 
-.PHONY: all test check-fast demo format tidy bench fuzz clean setup setup-build
+.PHONY: all test check-fast demo format tidy bench fuzz screenshots clean setup setup-build
 
 all: setup-build ## build the program into build/bin
 	@cmake --preset linux >/dev/null
@@ -43,6 +43,9 @@ fuzz: setup ## every fuzz target for a while (SECONDS_EACH=20)
 	@cmake --preset linux-fuzz >/dev/null
 	@cmake --build --preset linux-fuzz -j $(JOBS)
 	@scripts/fuzz
+
+screenshots: setup all ## pictures of the real program for the documents
+	@scripts/screenshots
 
 clean:
 	@rm -rf build
