@@ -99,6 +99,10 @@ std::string MakeTimeStampedName(std::string_view name, std::string_view mode,
 /// folder is no file.
 bool FileExists(FileSystem& files, std::string_view path);
 
+/// True when a plain directory lookup of `path` finds a file, one that asks for no special
+/// attribute: hidden and system files do not count, read-only ones do. Wildcards as above.
+bool PlainFileExists(FileSystem& files, std::string_view path);
+
 /// True when the folder exists; separators at the end of `path` do not matter.
 bool FolderExists(FileSystem& files, std::string_view path);
 

@@ -33,6 +33,12 @@ bool FileExists(FileSystem& files, std::string_view path) {
   return found.ok() && !std::all_of(found.value().begin(), found.value().end(), IsFolder);
 }
 
+bool PlainFileExists(FileSystem& files, std::string_view path) {
+  if (IsBlank(path)) return false;
+  const Result<std::vector<FileEntry>> found = files.Find(path);
+  return found.ok() && std::any_of(found.value().begin(), found.value().end(), IsPlainFile);
+}
+
 bool FolderExists(FileSystem& files, std::string_view path) {
   if (IsBlank(path)) return false;
   const Result<std::uint32_t> attributes = files.Attributes(WithoutSeparator(path));

@@ -55,6 +55,27 @@ TEST(FileExists, FindsAFileOfAnyAttribute) {
   }
 }
 
+constexpr ExistsCase kPlainFileCases[] = {
+    {"a file", R"(C:\Korvo\Korvo.exe)", true},
+    {"a read-only file", R"(C:\Korvo\readonly.txt)", true},
+    {"a hidden file", R"(C:\Korvo\hidden.txt)", false},
+    {"a system file", R"(C:\Korvo\system.txt)", false},
+    {"a folder", R"(C:\Korvo\Data.old)", false},
+    {"a wildcard that a plain file matches", R"(C:\Korvo\*.txt)", true},
+    {"a wildcard that a hidden file alone matches", R"(C:\Korvo\hid*)", false},
+    {"a missing file", R"(C:\Korvo\none.txt)", false},
+    {"a missing folder", R"(C:\None\Korvo.exe)", false},
+    {"a blank path", "  ", false},
+};
+
+TEST(PlainFileExists, FindsWhatADirectoryLookupFinds) {
+  MemoryFileSystem files = FilesOfEachKind();
+  for (const ExistsCase& row : kPlainFileCases) {
+    SCOPED_TRACE(row.what);
+    EXPECT_EQ(PlainFileExists(files, row.path), row.exists);
+  }
+}
+
 constexpr ExistsCase kFolderCases[] = {
     {"a folder", R"(C:\Korvo)", true},
     {"with a backslash", R"(C:\Korvo\)", true},
