@@ -7,9 +7,14 @@
 #include "driver/BasicCommands.h"
 #include "driver/Checks.h"
 #include "driver/Relocation.h"
+#include "fileops/Backup.h"
+#include "fileops/CopyAndRegister.h"
+#include "fileops/CopyCommands.h"
+#include "fileops/DeleteAndRename.h"
 #include "fileops/Registration.h"
 #include "fileops/RegistryCommands.h"
 #include "fileops/Shortcuts.h"
+#include "fileops/VersionedCopy.h"
 
 namespace zent {
 namespace {
@@ -23,29 +28,29 @@ constexpr std::array kCommands = {
     Command{"cte", CheckBrowser},
     Command{"cdp", CheckDataFolder},
     Command{"ep", CloseProgram},
-    Command{"del", CommandNotAvailable, "2"},
-    Command{"copy", CommandNotAvailable, "3"},
-    Command{"cc", CommandNotAvailable, "3"},
-    Command{"copyl", CommandNotAvailable, "23"},
-    Command{"bkpf", CommandNotAvailable, "2"},
-    Command{"ccl", CommandNotAvailable, "23"},
+    Command{"del", DeleteFiles, "2"},
+    Command{"copy", CopyFromPackage, "3"},
+    Command{"cc", CopyFromPackageIfMissing, "3"},
+    Command{"copyl", CopyOnMachine, "23"},
+    Command{"bkpf", BackUpFile, "2"},
+    Command{"ccl", CopyOnMachineIfMissing, "23"},
     Command{"cslk", CreateGroupShortcut, "3"},
     Command{"csld", CreateDesktopShortcut, "3"},
     Command{"regw", WriteRegistryCommand},
     Command{"ureg", UnregisterCommand, "2"},
     Command{"reg", RegisterCommand, "2"},
-    Command{"cr", CommandNotAvailable, "3"},
-    Command{"ccr", CommandNotAvailable, "3"},
-    Command{"crie", CommandNotAvailable, "3"},
-    Command{"CopyRegIfNotSameVersion", CommandNotAvailable, "3"},
-    Command{"CopyRegIfNewerVersion", CommandNotAvailable, "3"},
+    Command{"cr", CopyAndRegister, "3"},
+    Command{"ccr", CopyAndRegister, "3"},
+    Command{"crie", CopyAndRegister, "3"},
+    Command{"CopyRegIfNotSameVersion", CopyByVersion, "3"},
+    Command{"CopyRegIfNewerVersion", CopyByVersion, "3"},
     Command{"CloseOutlookMessageIfRunning", AskToCloseMailProgram},
     Command{"CheckMinVersion", CheckMinVersion, "3"},
     Command{"stdf", CommandNotAvailable, "234"},
     Command{"importlookup", CommandNotAvailable, "2"},
-    Command{"mkdr", CommandNotAvailable, "2"},
-    Command{"ren", CommandNotAvailable, "23"},
-    Command{"cren", CommandNotAvailable, "23"},
+    Command{"mkdr", MakeFolder, "2"},
+    Command{"ren", RenameCommand, "23"},
+    Command{"cren", RenameCommand, "23"},
     Command{"rcw", CommandNotAvailable, "2"},
     Command{"crcw", CommandNotAvailable, "2"},
     Command{"xupd", CommandNotAvailable, "2"},
