@@ -108,6 +108,11 @@ void MemoryFileSystem::HoldOpen(std::string_view path, bool shared_for_reading) 
     node.value()->sharing = shared_for_reading ? Sharing::ReadingOnly : Sharing::Nothing;
 }
 
+void MemoryFileSystem::HoldLoaded(std::string_view path) {
+  const Result<Node*> node = Existing(path);
+  if (node.ok()) node.value()->sharing = Sharing::ReadingAndRenaming;
+}
+
 void MemoryFileSystem::Release(std::string_view path) {
   const Result<Node*> node = Existing(path);
   if (node.ok()) node.value()->sharing = Sharing::Free;
@@ -189,6 +194,9 @@ Status MemoryFileSystem::Copy(std::string_view source, std::string_view target) 
   if (from.value()->sharing == Sharing::Nothing) return StandardError(kPermissionDenied);
   const Result<Node*> to = Target(target);
   if (!to.ok()) return to.error();
+  if (to.value() != nullptr && (to.value()->attributes & kAttributeHidden) != 0) {
+    return StandardError(kPathFileAccess);
+  }
 
   Node copy{*from.value()};
   copy.sharing = Sharing::Free;
@@ -202,7 +210,10 @@ Status MemoryFileSystem::Move(std::string_view old_path, std::string_view new_pa
   if (!fault.ok()) return fault;
   const Result<Node*> old_node = Existing(old_path);
   if (!old_node.ok()) return old_node.error();
-  if (old_node.value()->sharing != Sharing::Free) return StandardError(kPermissionDenied);
+  const Sharing sharing = old_node.value()->sharing;
+  if (sharing != Sharing::Free && sharing != Sharing::ReadingAndRenaming) {
+    return StandardError(kPermissionDenied);
+  }
   const Result<std::string> target = NodePath(new_path);
   if (!target.ok()) return target.error();
   Status parent = CheckParent(target.value());

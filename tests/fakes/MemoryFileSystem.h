@@ -35,6 +35,9 @@ class MemoryFileSystem : public FileSystem {
   /// Another process holds the file open: it cannot be written, deleted, renamed or, unless it is
   /// shared for reading, read. Ends with Release.
   void HoldOpen(std::string_view path, bool shared_for_reading = true);
+  /// Another process has the library or program loaded: it cannot be written or deleted, but read
+  /// and renamed. Ends with Release.
+  void HoldLoaded(std::string_view path);
   void Release(std::string_view path);
 
   /// What was called ("Write C:\a.ini", "Copy C:\a.ini > C:\b.ini") and what is to fail.
@@ -54,7 +57,7 @@ class MemoryFileSystem : public FileSystem {
   Status CreateFolder(std::string_view path) override;
 
  private:
-  enum class Sharing { Free, ReadingOnly, Nothing };
+  enum class Sharing { Free, ReadingAndRenaming, ReadingOnly, Nothing };
 
   struct Node {
     std::string path;  ///< full, as it was spelled when made, without a trailing backslash

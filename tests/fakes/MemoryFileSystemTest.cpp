@@ -133,6 +133,27 @@ TEST(MemoryFileSystem, RefusesFilesInUse) {
   EXPECT_FALSE(files.Exists(R"(C:\a.txt)"));
 }
 
+TEST(MemoryFileSystem, ALoadedFileCanOnlyBeReadAndRenamed) {
+  MemoryFileSystem files;
+  files.PutFile(R"(C:\a.dll)", "1");
+  files.PutFile(R"(C:\b.dll)", "2");
+  files.HoldLoaded(R"(C:\a.dll)");
+  EXPECT_EQ(files.Copy(R"(C:\b.dll)", R"(C:\a.dll)").number(), kPermissionDenied);
+  EXPECT_EQ(files.Delete(R"(C:\a.dll)").number(), kPermissionDenied);
+  EXPECT_TRUE(files.Copy(R"(C:\a.dll)", R"(C:\c.dll)").ok());
+  EXPECT_TRUE(files.Move(R"(C:\a.dll)", R"(C:\old.dll)").ok());
+  EXPECT_EQ(files.Delete(R"(C:\old.dll)").number(), kPermissionDenied) << "still loaded";
+  EXPECT_TRUE(files.Delete(R"(C:\c.dll)").ok());
+}
+
+TEST(MemoryFileSystem, DoesNotCopyOverAHiddenFile) {
+  MemoryFileSystem files;
+  files.PutFile(R"(C:\a.txt)", "1");
+  files.PutFile(R"(C:\hidden.txt)", "2", kAttributeHidden);
+  EXPECT_EQ(files.Copy(R"(C:\a.txt)", R"(C:\hidden.txt)").number(), kPathFileAccess);
+  EXPECT_EQ(files.Contents(R"(C:\hidden.txt)"), "2");
+}
+
 TEST(MemoryFileSystem, CopiesContentsAndAttributes) {
   MemoryFileSystem files;
   files.PutFile(R"(C:\a.txt)", "1", kAttributeHidden);

@@ -34,6 +34,7 @@ void RecordingWindow::ShowProgress(std::size_t step, std::size_t steps) {
 Answer RecordingWindow::Ask(const MessageQuestion& question) {
   boxes.push_back(question.text);
   questions.push_back(question);
+  if (on_ask) on_ask();
   if (question.buttons == BoxButtons::Ok) return Answer::Ok;
   if (answers.empty()) return SafeAnswer(question.buttons);
   const Answer answer = answers.front();

@@ -47,6 +47,7 @@ class RecordingWindow : public UpdateWindow {
   std::deque<WindowButton> clicks;
   bool close_requested = false;
   std::function<void(std::chrono::milliseconds)> on_events;  ///< may move a clock, or close
+  std::function<void()> on_ask;  ///< at each box, before its answer: what the user does meanwhile
 
   // What was shown.
   std::string title;
