@@ -7,6 +7,7 @@
 
 #include "base/Text.h"
 #include "driver/run/PathMacros.h"
+#include "fileops/FileSteps.h"
 #include "lib/FuncLib.h"
 
 namespace zent {
@@ -111,16 +112,6 @@ Result<std::uint32_t> StartFor(UpdateRun& run, const Launch& launch,
   return task;
 }
 
-/// The failure of one of these commands: told in a box unless `quiet`, an error of the run either
-/// way.
-Status ReportUnlessQuiet(UpdateRun& run, const std::string& headline, const RuntimeError& error,
-                         bool quiet) {
-  if (!quiet) return run.ReportError(headline, error);
-  run.state.ErrorOccurred = true;
-  run.Fail(fmt::format("{} ({})", error.description, error.number));
-  return {};
-}
-
 std::string Trimmed(const std::string& text) { return std::string(TrimBlanks(text)); }
 
 }  // namespace
@@ -130,7 +121,8 @@ Status RegisterComponent(UpdateRun& run, const std::string& file, bool& quiet) {
   run.ShowMsg("Registering " + component.shown);
   const Result<std::uint32_t> task = StartFor(run, RegisterLaunch(run, component), component);
   if (task.ok()) return {};
-  return ReportUnlessQuiet(run, "Error Registering " + file, task.error(), quiet);
+  ReportUnlessQuiet(run, "Error Registering " + file, task.error(), quiet);
+  return {};
 }
 
 Status UnregisterComponent(UpdateRun& run, const std::string& file, bool& quiet) {
@@ -138,7 +130,8 @@ Status UnregisterComponent(UpdateRun& run, const std::string& file, bool& quiet)
   run.ShowMsg("Unregistering " + component.shown);
   const Result<std::uint32_t> task = StartFor(run, UnregisterLaunch(run, component), component);
   if (!task.ok()) {
-    return ReportUnlessQuiet(run, "Error Unregistering " + file, task.error(), quiet);
+    ReportUnlessQuiet(run, "Error Unregistering " + file, task.error(), quiet);
+    return {};
   }
   // Kept: the Windows folder and the tool's name, also where a program was started instead.
   run.ShowMsg(fmt::format("{}regsvr32 /s /u \"{}\" (RetVal={})", GetWindowsDir(run.platform.system),
@@ -153,8 +146,11 @@ Status RunProgram(UpdateRun& run, const std::string& program, const std::string&
   const std::string command_line = path.shown + " " + arguments;
   const Result<std::uint32_t> task =
       run.Start({.program = path.full, .arguments = arguments, .command_line = command_line});
-  if (!task.ok()) return ReportUnlessQuiet(run, "Error Running " + program, task.error(), quiet);
-  run.ShowMsg(fmt::format("Running {} (RetVal={})", MaskPassword(command_line), task.value()));
+  if (task.ok()) {
+    run.ShowMsg(fmt::format("Running {} (RetVal={})", MaskPassword(command_line), task.value()));
+  } else {
+    ReportUnlessQuiet(run, "Error Running " + program, task.error(), quiet);
+  }
   return {};
 }
 
