@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/CaseFold.h"
+#include "base/Text.h"
 
 namespace zent::testing {
 namespace {
@@ -15,7 +16,8 @@ struct Root {
 };
 
 constexpr std::array kRoots = {
-    Root{KeyHandle::ClassesRoot, "HKCR"},
+    // The classes are those of the machine.
+    Root{KeyHandle::ClassesRoot, R"(HKLM\Software\Classes)"},
     Root{KeyHandle::CurrentUser, "HKCU"},
     Root{KeyHandle::LocalMachine, "HKLM"},
     Root{KeyHandle::Users, "HKU"},
@@ -27,7 +29,20 @@ const Root* FindRoot(KeyHandle key) {
   return found == kRoots.end() ? nullptr : found;
 }
 
-bool IsRootPath(std::string_view path) { return path.find('\\') == std::string_view::npos; }
+bool IsRootPath(std::string_view path) {
+  return path.find('\\') == std::string_view::npos || path == kRoots[0].name;
+}
+
+constexpr std::size_t kLongestName = 255;  // characters of a key's name
+
+bool HasTooLongName(std::string_view path) {
+  while (!path.empty()) {
+    const std::size_t end = std::min(path.find('\\'), path.size());
+    if (CountCharacters(path.substr(0, end)) > kLongestName) return true;
+    path.remove_prefix(std::min(end + 1, path.size()));
+  }
+  return false;
+}
 
 /// `base` with the levels of `path` behind it, empty levels left out.
 std::string Join(std::string base, std::string_view path) {
@@ -54,7 +69,7 @@ void MemoryRegistry::PutValue(KeyHandle root, std::string_view path, std::string
 
 void MemoryRegistry::PutText(KeyHandle root, std::string_view path, std::string_view name,
                              std::string_view text) {
-  PutValue(root, path, name, {kRegSz, std::string(text)});
+  PutValue(root, path, name, {kRegSz, std::string(text) + '\0'});
 }
 
 std::optional<RegistryValue> MemoryRegistry::Value(KeyHandle root, std::string_view path,
@@ -63,7 +78,9 @@ std::optional<RegistryValue> MemoryRegistry::Value(KeyHandle root, std::string_v
   if (key == keys_.end()) return std::nullopt;
   const auto value = key->second.find(FoldName(name));
   if (value == key->second.end()) return std::nullopt;
-  return value->second;
+  RegistryValue found = value->second;
+  if (found.type == kRegSz && found.data.ends_with('\0')) found.data.pop_back();
+  return found;
 }
 
 bool MemoryRegistry::KeyExists(KeyHandle root, std::string_view path) const {
@@ -95,7 +112,7 @@ Status MemoryRegistry::CloseKey(KeyHandle key) {
   const std::optional<std::string> path = PathOf(key);
   Status fault = log_.Read("CloseKey " + path.value_or("?"));
   if (!path) return StandardError(kPathFileAccess);
-  open_keys_.erase(key);
+  open_keys_.erase(key);  // a root is not among them
   return fault;
 }
 
@@ -116,7 +133,8 @@ Status MemoryRegistry::SetText(KeyHandle key, std::string_view name, std::string
   Status fault = log_.Change("SetText " + path.value_or("?") + '|' + std::string(name));
   if (!fault.ok()) return fault;
   if (!path) return StandardError(kPathFileAccess);
-  keys_[FoldName(*path)].insert_or_assign(FoldName(name), RegistryValue{kRegSz, std::string(text)});
+  keys_[FoldName(*path)].insert_or_assign(FoldName(name),
+                                          RegistryValue{kRegSz, std::string(text) + '\0'});
   return {};
 }
 
@@ -129,7 +147,9 @@ std::optional<std::string> MemoryRegistry::PathOf(KeyHandle key) const {
 
 Result<std::string> MemoryRegistry::PathBelow(KeyHandle parent, std::string_view path) const {
   const std::optional<std::string> base = PathOf(parent);
-  if (!base || path.starts_with('\\')) return StandardError(kPathFileAccess);
+  if (!base || path.starts_with('\\') || HasTooLongName(path)) {
+    return StandardError(kPathFileAccess);
+  }
   return Join(*base, path);
 }
 

@@ -13,8 +13,8 @@
 
 namespace zent::testing {
 
-/// A registry in memory, with the contract of Registry. The four roots stand side by side: what
-/// lies under one is not seen through another.
+/// A registry in memory, with the contract of Registry. HKEY_USERS shows nothing of
+/// HKEY_CURRENT_USER.
 class MemoryRegistry : public Registry {
  public:
   // What the test sets up and looks at. These calls are not recorded and never fail.
@@ -25,7 +25,7 @@ class MemoryRegistry : public Registry {
   void PutValue(KeyHandle root, std::string_view path, std::string_view name, RegistryValue value);
   /// As PutValue, a kRegSz value.
   void PutText(KeyHandle root, std::string_view path, std::string_view name, std::string_view text);
-  /// A stored value; nothing when key or value is missing.
+  /// A stored value, a kRegSz text without its closing NUL; nothing when key or value is missing.
   std::optional<RegistryValue> Value(KeyHandle root, std::string_view path,
                                      std::string_view name) const;
   bool KeyExists(KeyHandle root, std::string_view path) const;

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "contracts/RegistryContract.h"
 #include "fakes/MemoryRegistry.h"
 
 namespace zent::testing {
@@ -33,7 +34,7 @@ TEST(MemoryRegistry, OpensBelowAnOpenKeyAndTheKeyItself) {
   const KeyHandle a = registry.OpenKey(kMachine, "A").value();
   const KeyHandle b = registry.OpenKey(a, "B").value();
   const KeyHandle again = registry.OpenKey(b, "").value();
-  EXPECT_EQ(registry.QueryValue(again, "NAME").value().data, "x");
+  EXPECT_EQ(registry.QueryValue(again, "NAME").value().data, std::string("x\0", 2));
   EXPECT_EQ(registry.OpenKey(kMachine, "").value(), kMachine);
   EXPECT_EQ(registry.OpenKeyCount(), 3U);
 }
@@ -93,6 +94,21 @@ TEST(MemoryRegistry, FailsAsToldAndRecords) {
               ElementsAre(R"(CreateKey HKCU\K)", R"(SetText HKCU\K|Locked)",
                           R"(SetText HKCU\K|Name)", R"(SetText HKCU\K|Name)"));
 }
+
+class MemoryRegistryMachine : public RegistryMachine {
+ public:
+  Registry& registry() override { return registry_; }
+  /// What is in memory stays: the fake stands for a registry that outlives its programs.
+  void Restart() override {}
+
+ private:
+  MemoryRegistry registry_;
+};
+
+const RegistryAdapter kMemory = {"memory",
+                                 [] { return std::make_unique<MemoryRegistryMachine>(); }};
+
+INSTANTIATE_TEST_SUITE_P(Memory, RegistryContract, ::testing::Values(kMemory));
 
 }  // namespace
 }  // namespace zent::testing
