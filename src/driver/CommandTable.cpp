@@ -46,7 +46,7 @@ constexpr std::array kCommands = {
     Command{"CopyRegIfNewerVersion", CopyByVersion, "3"},
     Command{"CloseOutlookMessageIfRunning", AskToCloseMailProgram},
     Command{"CheckMinVersion", CheckMinVersion, "3"},
-    Command{"stdf", CommandNotAvailable, "234"},
+    Command{.keyword = "stdf", .handler = CommandNotAvailable, .paths = "234", .last_token = 4},
     Command{"importlookup", CommandNotAvailable, "2"},
     Command{"mkdr", MakeFolder, "2"},
     Command{"ren", RenameCommand, "23"},
@@ -64,6 +64,15 @@ constexpr std::array kCommands = {
 }  // namespace
 
 std::span<const Command> CommandTable() { return kCommands; }
+
+TokenList TokensFor(const Command& command, const TokenList& tokens) {
+  if (command.last_token == 0 || tokens.Count() <= command.last_token) return tokens;
+  TokenList passed;
+  for (const std::string& token : tokens) {
+    if (passed.Count() < command.last_token) passed.Add(token);
+  }
+  return passed;
+}
 
 const Command* FindCommand(std::string_view keyword) {
   const std::string_view trimmed = TrimBlanks(keyword);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <string_view>
 
@@ -21,10 +22,15 @@ struct Command {
   /// The tokens that are path arguments, as digits: "23" for tokens 2 and 3.
   std::string_view paths = {};
   BlockMarker marker = BlockMarker::None;
+  /// The handler gets no token beyond this one; 0 for no such bound.
+  std::size_t last_token = 0;
 };
 
 /// Every command, in the order of comparison.
 std::span<const Command> CommandTable();
+
+/// The tokens of a line that the command's handler gets.
+TokenList TokensFor(const Command& command, const TokenList& tokens);
 
 /// The first command of that keyword, blanks around it and its case put aside; nullptr for none.
 const Command* FindCommand(std::string_view keyword);

@@ -96,7 +96,7 @@ bool ToleratePaths(UpdateRun& run, const Command& command, const TokenList& toke
 void CallHandler(UpdateRun& run, const Command& command, const TokenList& tokens) {
   const std::string headline = "Error running command " + std::string(command.keyword);
   try {
-    const Status done = command.handler(run, tokens);
+    const Status done = command.handler(run, TokensFor(command, tokens));
     if (!done.ok()) run.Report(headline, done.error());
   } catch (const std::exception& defect) {
     run.Report(headline, {.number = kInvalidProcedureCall, .description = defect.what()});

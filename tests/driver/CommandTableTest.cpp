@@ -41,5 +41,16 @@ TEST(FindCommand, PutsCaseAndBlanksAside) {
   EXPECT_EQ(FindCommand(""), nullptr);
 }
 
+TEST(TokensFor, StructureSynchronisationGetsFourTokensAtMost) {
+  const Command& command = *FindCommand("stdf");
+  EXPECT_EQ(TokensFor(command, {"stdf", "a", "b"}).Count(), 3U);
+  EXPECT_EQ(TokensFor(command, {"stdf", "a", "b", "c"}).Count(), 4U);
+  EXPECT_EQ(TokensFor(command, {"stdf", "a", "b", "c", "d"}).Count(), 4U);
+}
+
+TEST(TokensFor, OtherCommandsGetTheWholeLine) {
+  EXPECT_EQ(TokensFor(*FindCommand("msg"), {"msg", "a", "b", "c", "d", "e"}).Count(), 6U);
+}
+
 }  // namespace
 }  // namespace zent
