@@ -1,29 +1,22 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "driver/frmZentUpdate.h"
-#include "fakes/run/RunBuilder.h"
+#include "driver/FormRun.h"
 
 namespace zent {
 namespace {
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
+using testing::FormRun;
 using ::testing::IsEmpty;
-using testing::MemoryMachine;
 using ::testing::Not;
-using testing::RecordingObserver;
-using testing::RecordingWindow;
 
 /// A run to its end; flags that commands would set are set while the list waits.
-struct End {
+struct End : FormRun {
   explicit End(std::string_view auto_close, std::string_view lines = "wait,0.1\r\n")
-      : form(machine.platform, window, observer, {}, R"(D:\Package)") {
-    machine.InstallKorvo();
-    machine.files.PutFile(R"(D:\Package\ZentUpdate.ini)",
-                          "[General]\r\nAppName=Korvo\r\nAutoClose=" + std::string(auto_close) +
-                              "\r\n[setup]\r\n" + std::string(lines));
-  }
+      : FormRun("[General]\r\nAppName=Korvo\r\nAutoClose=" + std::string(auto_close) +
+                "\r\n[setup]\r\n" + std::string(lines)) {}
   void Run(bool reboot = false, bool copy_exe_failed = false) {
     window.on_events = [this, reboot, copy_exe_failed](std::chrono::milliseconds) {
       form.run().state.RebootComputer = reboot;
@@ -31,11 +24,6 @@ struct End {
     };
     window.Run(form);
   }
-
-  MemoryMachine machine;
-  RecordingWindow window;
-  RecordingObserver observer;
-  frmZentUpdate form;
 };
 
 struct CloseCase {

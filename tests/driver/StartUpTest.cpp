@@ -1,39 +1,27 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "driver/frmZentUpdate.h"
-#include "fakes/run/RunBuilder.h"
+#include "driver/FormRun.h"
 
 namespace zent {
 namespace {
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
+using testing::FormRun;
 using ::testing::HasSubstr;
-using testing::MemoryMachine;
 using ::testing::Not;
-using testing::RecordingObserver;
-using testing::RecordingWindow;
 
 constexpr std::string_view kCurrentVersion = R"(SOFTWARE\Microsoft\Windows\CurrentVersion)";
 
-/// The window over a machine with an installed Korvo and a package in D:\Package.
-struct Start {
+/// A run through the start to its end.
+struct Start : FormRun {
   explicit Start(std::string_view list = "[General]\r\nAppName=Korvo\r\n[setup]\r\nmsg,ran\r\n")
-      : form(machine.platform, window, observer, {}, R"(D:\Package)") {
-    machine.InstallKorvo();
-    machine.files.PutFile(R"(D:\Package\ZentUpdate.ini)", list);
-  }
+      : FormRun(list) {}
   const RunState& Run() {
     window.Run(form);
     return form.run().state;
   }
-  const std::vector<std::string>& messages() const { return observer.messages; }
-
-  MemoryMachine machine;
-  RecordingWindow window;
-  RecordingObserver observer;
-  frmZentUpdate form;
 };
 
 TEST(StartUp, SaysWhatItFoundInItsOrder) {
