@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <optional>
 #include <vector>
 
@@ -41,6 +42,17 @@ void TakeOver(int from, int to) {
   }
 }
 
+/// Our own number was given anew after a run that had it was killed.
+bool MayBeAtWork(pid_t process) {
+  if (process == ::getpid()) return false;
+  return ::kill(process, 0) == 0 || errno == EPERM;
+}
+
+bool IsLeft(std::string_view name) {
+  const std::optional<pid_t> maker = MakerOfSibling(name);
+  return maker && !MayBeAtWork(*maker);
+}
+
 }  // namespace
 
 int WriteAll(int fd, std::string_view contents) {
@@ -71,7 +83,7 @@ void RemoveLeftSiblings(int folder_fd) {
   if (!folder.ok()) return;
   std::vector<std::string> left;
   while (const std::optional<std::string> name = folder.value().Next()) {
-    if (IsSiblingName(*name)) left.push_back(*name);
+    if (IsLeft(*name)) left.push_back(*name);
   }
   for (const std::string& name : left) ::unlinkat(folder_fd, name.c_str(), 0);
 }

@@ -20,7 +20,8 @@ Status ReplaceFileAt(int folder_fd, const std::string& name, std::string_view co
 /// Writes all of `contents` at the descriptor's position; the errno of a failure, or 0.
 int WriteAll(int fd, std::string_view contents);
 
-/// Removes siblings that a killed run left behind in the folder.
+/// Removes siblings that a killed run left behind in the folder. One whose process is alive stays,
+/// unless that is ourselves: call it while no Sibling of ours is in the folder.
 void RemoveLeftSiblings(int folder_fd);
 
 }  // namespace zent

@@ -6,7 +6,9 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <charconv>
 #include <cstdio>
+#include <system_error>
 #include <utility>
 
 #include "platform/posix/PosixErrors.h"
@@ -16,6 +18,14 @@ namespace {
 
 constexpr std::string_view kNameStart = ".zent-";
 constexpr std::string_view kNameEnd = ".tmp";
+
+std::optional<int> PositiveNumber(std::string_view digits) {
+  int number = 0;
+  const char* const end = digits.data() + digits.size();
+  const std::from_chars_result read = std::from_chars(digits.data(), end, number);
+  if (read.ec != std::errc() || read.ptr != end || number <= 0) return std::nullopt;
+  return number;
+}
 
 /// The contents are safe already; a folder that cannot be flushed only delays the new name.
 void FlushFolder(int folder_fd) {
@@ -60,9 +70,19 @@ Status Sibling::PutInPlace(const std::string& name, OldFile old_file) {
   return {};
 }
 
-bool IsSiblingName(std::string_view name) {
-  return name.size() > kNameStart.size() + kNameEnd.size() && name.starts_with(kNameStart) &&
-         name.ends_with(kNameEnd);
+bool IsSiblingName(std::string_view name) { return MakerOfSibling(name).has_value(); }
+
+std::optional<pid_t> MakerOfSibling(std::string_view name) {
+  if (!name.starts_with(kNameStart) || !name.ends_with(kNameEnd)) return std::nullopt;
+  name.remove_prefix(kNameStart.size());
+  const std::size_t dash = name.find('-');
+  if (dash == std::string_view::npos) return std::nullopt;
+  const std::optional<int> process = PositiveNumber(name.substr(0, dash));
+  name.remove_prefix(dash + 1);
+  if (name.size() <= kNameEnd.size()) return std::nullopt;
+  name.remove_suffix(kNameEnd.size());
+  const bool numbered = name.find_first_not_of("0123456789") == std::string_view::npos;
+  return numbered ? process : std::nullopt;
 }
 
 int RenameToFreeName(int from_folder, const std::string& from, int to_folder,

@@ -2,6 +2,7 @@
 
 #include <sys/types.h>
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -14,8 +15,8 @@ namespace zent {
 /// What becomes of a file that has the name already.
 enum class OldFile { Replace, Keep };
 
-/// A new file called ".zent-*.tmp" that takes the place of another in the same folder once it is
-/// complete. One that is not put in place is removed.
+/// A new file called ".zent-PROCESS-NUMBER.tmp" that takes the place of another in the same folder
+/// once it is complete. One that is not put in place is removed.
 class Sibling {
  public:
   /// Creates the file, empty. `folder_fd` outlives it; `mode` is subject to the umask.
@@ -46,6 +47,9 @@ class Sibling {
 
 /// True for a name that a Sibling may have.
 bool IsSiblingName(std::string_view name);
+
+/// The process that made the sibling `name`, as its name tells; nothing for any other name.
+std::optional<pid_t> MakerOfSibling(std::string_view name);
 
 /// Renames unless `to` exists; the errno of a failure, EEXIST then, or 0.
 int RenameToFreeName(int from_folder, const std::string& from, int to_folder,

@@ -33,8 +33,9 @@ Status Respell(const FolderEntry& entry, const std::string& new_name) {
   return renamed == 0 ? Status() : ErrorOfErrno(errno);
 }
 
-Status MoveByCopy(const Place& from, const Place& to) {
+Status MoveByCopy(const Place& from, const Place& to, LeftSiblings& left) {
   if (!from.IsFile()) return StandardError(kCannotRenameAcrossDrives);
+  left.RemoveFrom(to.entry.folder.get());
   if (Status copied = CopyContents(from, to, OldFile::Keep); !copied.ok()) return copied;
   const FolderEntry& old = from.named();
   if (::unlinkat(old.folder.get(), old.name.c_str(), 0) == 0) return {};
@@ -45,7 +46,7 @@ Status MoveByCopy(const Place& from, const Place& to) {
 
 }  // namespace
 
-Status MoveEntry(const Place& from, const Place& to) {
+Status MoveEntry(const Place& from, const Place& to, LeftSiblings& left) {
   const FolderEntry& old = from.named();
   if (old.name == ".") return StandardError(kPathFileAccess);
   const bool same = to.exists() && IsSameEntry(old, to.named());
@@ -55,13 +56,13 @@ Status MoveEntry(const Place& from, const Place& to) {
     return StandardError(kPermissionDenied);
   }
   if (same) return Respell(old, to.asked_name);
-  if (from.drive != to.drive) return MoveByCopy(from, to);
+  if (from.drive != to.drive) return MoveByCopy(from, to, left);
 
   const int error =
       RenameToFreeName(old.folder.get(), old.name, to.entry.folder.get(), to.entry.name);
   if (error == 0) return {};
   // A drive may hold several file systems of the host.
-  return error == EXDEV ? MoveByCopy(from, to) : Status(ErrorOfErrno(error));
+  return error == EXDEV ? MoveByCopy(from, to, left) : Status(ErrorOfErrno(error));
 }
 
 }  // namespace zent

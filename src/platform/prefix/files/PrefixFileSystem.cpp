@@ -177,6 +177,7 @@ Status PrefixFileSystem::Write(std::string_view path, std::string_view contents)
   if (!target.ok()) return target.error();
   if (Status replaceable = CheckReplaceable(target.value()); !replaceable.ok()) return replaceable;
   const FolderEntry& entry = target.value().entry;
+  left_siblings_.RemoveFrom(entry.folder.get());
   constexpr mode_t kNewFile = 0666;  // less the umask
   return ReplaceFileAt(entry.folder.get(), entry.name, contents, kNewFile);
 }
@@ -190,6 +191,7 @@ Status PrefixFileSystem::Copy(std::string_view source, std::string_view target) 
   if (Status replaceable = CheckReplaceable(to.value()); !replaceable.ok()) return replaceable;
   const bool hidden = to.value().exists() && (AttributesAt(to.value()) & kAttributeHidden) != 0;
   if (hidden) return StandardError(kPathFileAccess);
+  left_siblings_.RemoveFrom(to.value().entry.folder.get());
   return CopyContents(from.value(), to.value(), OldFile::Replace);
 }
 
@@ -198,7 +200,7 @@ Status PrefixFileSystem::Move(std::string_view old_path, std::string_view new_pa
   if (!from.ok()) return from.error();
   const Result<Place> to = Locate(new_path);
   if (!to.ok()) return to.error();
-  return MoveEntry(from.value(), to.value());
+  return MoveEntry(from.value(), to.value(), left_siblings_);
 }
 
 Status PrefixFileSystem::Delete(std::string_view path) {

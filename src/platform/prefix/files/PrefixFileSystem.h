@@ -8,6 +8,7 @@
 
 #include "platform/FileSystem.h"
 #include "platform/prefix/files/Drives.h"
+#include "platform/prefix/files/LeftSiblings.h"
 #include "platform/prefix/files/PathWalk.h"
 
 namespace zent {
@@ -18,6 +19,7 @@ namespace zent {
 ///   says (see WalkTo). Pipes, sockets and devices are kPathFileAccess and never opened.
 /// - Names on disk that no Windows path can hold are not listed, as no call could be made on them.
 /// - A file that any process has open counts as in use, whatever that process would allow.
+/// - What a killed run left half-written in a folder goes before a file is first put there.
 /// - A hidden file is not copied over: kPathFileAccess, as CopyFile has it.
 class PrefixFileSystem : public FileSystem {
  public:
@@ -51,6 +53,7 @@ class PrefixFileSystem : public FileSystem {
 
   const Drives& drives_;
   std::string current_folder_;
+  LeftSiblings left_siblings_;
 };
 
 }  // namespace zent
