@@ -39,7 +39,8 @@ void AddRecordOptions(CLI::App& app, CommandLine& line) {
       ->type_name("FILE");
   app.add_flag("--strict", line.strict,
                "Refuse what a plain run only tolerates: unknown keywords and path macros,\n"
-               "text swallowed behind a path macro");
+               "text swallowed behind a path macro, a source outside the package, a wildcard\n"
+               "delete on a relative path");
   app.add_flag("--detailed-exitcode", line.detailed_exitcode,
                "Return 10 when the run succeeds but a command was warned or failed");
 }

@@ -128,7 +128,8 @@ ExitCode Run(const CommandLine& line) {
 
   const std::unique_ptr<UpdateWindow> screen = MakeScreen(line);
   if (screen == nullptr) {
-    return Complain(ExitCode::WrongCommandLine, "no desktop for a window here; use --console");
+    return Complain(ExitCode::WrongCommandLine,
+                    "no desktop for a window here (" + WindowPart() + "); use --console");
   }
   RunRecorder recorder(std::move(log.value()), std::move(events.value()),
                        IsScripted(line) ? &std::cerr : nullptr);
