@@ -148,6 +148,14 @@ TEST(Program, ALinkThatLeadsOutsideIsNotFollowed) {
   EXPECT_EQ(given.folder.Get("outside/secret.ini"), "[S]\r\nK=old\r\n");
 }
 
+TEST(Program, SaysWhenNothingNamesAMachine) {
+  Program given;
+  const ProgramEnd end = RunHostProgram({"/usr/bin/env", "-i", ZENT_PROGRAM, "--console"},
+                                        given.folder.path().string());
+  EXPECT_EQ(end.exit_code, 64);
+  EXPECT_THAT(end.output, HasSubstr("no machine: use --machine"));
+}
+
 TEST(Program, WrongArgumentsAre64) {
   Program given;
   EXPECT_EQ(given.Run({"--nosuch"}).exit_code, 64);

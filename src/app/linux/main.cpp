@@ -105,9 +105,13 @@ ExitCode Run(const CommandLine& line) {
   if (!std::filesystem::is_directory(package)) {
     return Complain(ExitCode::NoPackage, "no package folder: " + package.string());
   }
+  const std::filesystem::path folder = MachineFolder(line);
+  if (folder.empty()) {
+    return Complain(ExitCode::WrongCommandLine, "no machine: use --machine, or set WINEPREFIX");
+  }
   const std::unique_ptr<DesktopWindows> windows = MakeDesktopWindows();
   const Result<std::unique_ptr<PrefixMachine>> machine =
-      PrefixMachine::Open({.folder = MachineFolder(line),
+      PrefixMachine::Open({.folder = folder,
                            .package = package,
                            .follow_profile_links = line.follow_profile_links,
                            .path_list = Environment("PATH"),
