@@ -20,10 +20,10 @@ test: setup all ## every test: layout, style, units, scenarios; sanitized
 	@ctest --preset linux-asan -j $(JOBS)
 	@scripts/tidy
 
-check-fast: setup ## a developer's loop: build and run the quick tests
+check-fast: setup ## a developer's loop: build, and the tests but for the slow and the window's
 	@cmake --preset linux-asan >/dev/null
 	@cmake --build --preset linux-asan -j $(JOBS)
-	@ctest --preset linux-asan -j $(JOBS) -LE slow
+	@ctest --preset linux-asan -j $(JOBS) -LE 'slow|qt'
 
 demo: all ## a sample machine, a sample package, and what the run changed
 	@samples/demo
