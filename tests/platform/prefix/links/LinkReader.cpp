@@ -96,7 +96,7 @@ std::string ReadPath(std::string_view block) {
 
 /// A counted text; one whose closing NUL is counted, too, loses it.
 std::string ReadText(Fields& fields) {
-  std::string text = FromUtf16Bytes(fields.Take(2 * fields.Number(2)));
+  std::string text = FromUtf16Bytes(fields.Take(std::size_t{2} * fields.Number(2)));
   while (text.ends_with('\0')) text.pop_back();
   return text;
 }

@@ -40,6 +40,7 @@ class WinePrefix {
     std::vector<std::string> texts = {ZENT_WINE};
     texts.insert(texts.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;
+    argv.reserve(texts.size() + 1);
     for (std::string& text : texts) argv.push_back(text.data());
     argv.push_back(nullptr);
     const std::string prefix = (folder_.path() / "prefix").string();
