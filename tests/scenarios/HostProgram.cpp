@@ -13,6 +13,7 @@ namespace {
 [[noreturn]] void BecomeProgram(const std::vector<std::string>& arguments,
                                 const std::string& folder, int output) {
   std::vector<char*> argv;
+  argv.reserve(arguments.size() + 1);
   for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
   argv.push_back(nullptr);
   const int nothing = ::open("/dev/null", O_RDONLY);
