@@ -2,7 +2,7 @@
 MAKEFLAGS += --no-print-directory
 JOBS ?= $(shell nproc)
 
-.PHONY: all test check-fast demo format tidy bench fuzz screenshots clean setup setup-build
+.PHONY: all test check-fast windows demo format tidy bench fuzz screenshots clean setup setup-build setup-windows
 
 all: setup-build ## build the program into build/bin
 	@cmake --preset linux >/dev/null
@@ -12,6 +12,8 @@ setup:
 	@scripts/bootstrap
 setup-build:
 	@scripts/bootstrap build
+setup-windows:
+	@scripts/bootstrap windows
 
 test: setup all ## every test: layout, style, units, scenarios; sanitized
 	@scripts/check-format
@@ -24,6 +26,13 @@ check-fast: setup ## a developer's loop: build, and the tests but for the slow a
 	@cmake --preset linux-asan >/dev/null
 	@cmake --build --preset linux-asan -j $(JOBS)
 	@ctest --preset linux-asan -j $(JOBS) -LE 'slow|qt'
+
+windows: setup-windows ## ZentUpdate.exe for Windows, in build/windows-x64 and build/windows-x86
+	@scripts/windows-libraries
+	@cmake --preset windows-x64 >/dev/null
+	@cmake --preset windows-x86 >/dev/null
+	@cmake --build --preset windows-x64 -j $(JOBS) --target windows-program
+	@cmake --build --preset windows-x86 -j $(JOBS) --target windows-program
 
 demo: all ## a sample machine, a sample package, and what the run changed
 	@samples/demo

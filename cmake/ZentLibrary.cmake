@@ -31,6 +31,18 @@ function(zent_library folder)
   set_tests_properties(layering.${folder} PROPERTIES LABELS layering)
 endfunction()
 
+# zent_windows_test(FOLDER PROGRAM)
+#
+# A test program built for Windows: one CTest test, label `windows`, since each start under Wine costs
+# more than most tests.
+function(zent_windows_test folder program)
+  # Fast to build, and the tests are not what is shipped.
+  target_compile_options(${program} PRIVATE -O0)
+  add_test(NAME windows.${folder} COMMAND "${PROJECT_SOURCE_DIR}/scripts/wine-run"
+                                          "$<TARGET_FILE:${program}>" --gtest_brief=1)
+  set_tests_properties(windows.${folder} PROPERTIES LABELS windows)
+endfunction()
+
 # zent_test(FOLDER SOURCES file... USES folder... [LINKS target...] [LABEL label] [LAUNCHER program])
 #
 # The test program of src/FOLDER: links that library, the adapters it needs (USES) and the test
@@ -51,6 +63,10 @@ function(zent_test folder)
     ZENT_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
   if(NOT ARG_LABEL)
     set(ARG_LABEL unit)
+  endif()
+  if(WIN32)
+    zent_windows_test(${folder} test_${name})
+    return()
   endif()
   if(ARG_LAUNCHER)
     set_target_properties(test_${name} PROPERTIES CROSSCOMPILING_EMULATOR "${ARG_LAUNCHER}")
