@@ -1,9 +1,8 @@
-#include "platform/win32/AnsiText.h"
-
 #include <gtest/gtest.h>
 #include <windows.h>
 
 #include "base/ErrorNumbers.h"
+#include "platform/win32/AnsiText.h"
 
 namespace zent {
 namespace {
@@ -18,8 +17,9 @@ struct TextCase {
 constexpr TextCase kTextCases[] = {
     {"nothing", "", ""},
     {"plain", R"(C:\Korvo\a.txt)", R"(C:\Korvo\a.txt)"},
-    {"an umlaut", "Gr\xC3\xBC\xC3\x9F"
-                  "e",
+    {"an umlaut",
+     "Gr\xC3\xBC\xC3\x9F"
+     "e",
      "Gr\xFC\xDF"
      "e"},
     {"the euro sign, outside Latin-1", "\xE2\x82\xAC", "\x80"},

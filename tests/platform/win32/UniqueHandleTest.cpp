@@ -1,6 +1,6 @@
-#include "platform/win32/UniqueHandle.h"
-
 #include <gtest/gtest.h>
+
+#include "platform/win32/UniqueHandle.h"
 
 namespace zent {
 namespace {

@@ -1,9 +1,8 @@
-#include "platform/win32/Win32Errors.h"
-
 #include <gtest/gtest.h>
 #include <windows.h>
 
 #include "base/ErrorNumbers.h"
+#include "platform/win32/Win32Errors.h"
 
 namespace zent {
 namespace {
