@@ -1,6 +1,7 @@
 #include "fileops/DeleteAndRename.h"
 
 #include "base/Text.h"
+#include "driver/run/Messages.h"
 #include "driver/run/PathMacros.h"
 #include "fileops/FileSteps.h"
 #include "lib/FuncLib.h"
@@ -29,8 +30,7 @@ void KillAndRecord(UpdateRun& run, const std::string& path) {
   const bool matched = PlainFileExists(run.platform.files, path);
   const int error = KillFile(run.platform.files, path);
   if (error != 0) {
-    run.Fail("not deleted: " + path + ": " + StandardError(error).description + " (" +
-             std::to_string(error) + ")");
+    run.Fail("not deleted: " + path + ": " + ReasonOf(StandardError(error)));
   } else if (!matched) {
     run.Skip("no such file: " + path);
   }

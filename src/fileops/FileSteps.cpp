@@ -9,12 +9,6 @@
 namespace zent {
 namespace {
 
-/// A step failed without a box: the same as UpdateRun::Report otherwise.
-void FailWithoutBox(UpdateRun& run, const RuntimeError& error) {
-  run.state.ErrorOccurred = true;
-  run.Fail(error.description + " (" + std::to_string(error.number) + ")");
-}
-
 /// True when the ".." of a relative path ever lead above where it starts. A text, not the disk, is
 /// asked: above the root of a drive there is nothing, but a package need not lie at one.
 bool ClimbsAboveItsStart(std::string_view path) {
@@ -76,7 +70,7 @@ void ClearAttributes(UpdateRun& run, std::string_view path) {
 void ReportUnlessQuiet(UpdateRun& run, std::string_view headline, const RuntimeError& error,
                        bool quiet) {
   if (quiet) {
-    FailWithoutBox(run, error);
+    run.FailStep(error);
   } else {
     run.Report(headline, error);
   }
@@ -92,7 +86,7 @@ bool AskToRetry(UpdateRun& run, std::string_view headline, const RuntimeError& e
   }
   const Answer answer = run.Ask({.title = {}, .text = text, .buttons = BoxButtons::RetryCancel});
   if (answer == Answer::Retry) return true;
-  FailWithoutBox(run, error);
+  run.FailStep(error);
   return false;
 }
 

@@ -40,6 +40,10 @@ std::string NumberLine(const RuntimeError& error) {
   return "Number: " + std::to_string(error.number);
 }
 
+std::string ReasonOf(const RuntimeError& error) {
+  return error.description + " (" + std::to_string(error.number) + ")";
+}
+
 std::string ErrorText(std::string_view headline, const RuntimeError& error) {
   std::string text(headline);
   text += kLineBreak;

@@ -26,4 +26,7 @@ std::string ErrorText(std::string_view headline, const RuntimeError& error);
 std::string DescriptionLine(const RuntimeError& error);
 std::string NumberLine(const RuntimeError& error);
 
+/// An error as the record of a command gives it: "Permission denied (70)".
+std::string ReasonOf(const RuntimeError& error);
+
 }  // namespace zent

@@ -46,8 +46,12 @@ void UpdateRun::Pause(double seconds) { zent::Pause(platform.clock, window, seco
 
 void UpdateRun::Report(std::string_view headline, const RuntimeError& error) {
   Ask({.title = {}, .text = ErrorText(headline, error)});
+  FailStep(error);
+}
+
+void UpdateRun::FailStep(const RuntimeError& error) {
   state.ErrorOccurred = true;
-  Fail(error.description + " (" + std::to_string(error.number) + ")");
+  Fail(ReasonOf(error));
 }
 
 void UpdateRun::ShowError(std::string_view headline, const RuntimeError& error) {

@@ -59,6 +59,8 @@ class UpdateRun {
     Report(headline, error);
     return {};
   }
+  /// As Report without the box: the step fails quietly.
+  void FailStep(const RuntimeError& error);
   /// The same three lines as messages of their own, without a box and without ErrorOccurred.
   void ShowError(std::string_view headline, const RuntimeError& error);
 

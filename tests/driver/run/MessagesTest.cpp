@@ -36,6 +36,10 @@ TEST(IsOracleTitle, TakesTheWordInAnyCaseAnywhere) {
   EXPECT_FALSE(IsOracleTitle("Korvo Update"));
 }
 
+TEST(ReasonOf, HasTheNumberBehindTheDescription) {
+  EXPECT_EQ(ReasonOf({.number = 70, .description = "Permission denied"}), "Permission denied (70)");
+}
+
 TEST(ErrorText, HasHeadlineDescriptionAndNumberOnLinesOfTheirOwn) {
   EXPECT_EQ(ErrorText("Error Copying a.dll", {.number = 70, .description = "Permission denied"}),
             "Error Copying a.dll\r\nDescription: Permission denied\r\nNumber: 70");
