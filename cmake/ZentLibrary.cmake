@@ -38,9 +38,9 @@ endfunction()
 function(zent_windows_test folder program)
   # Fast to build, and the tests are not what is shipped.
   target_compile_options(${program} PRIVATE -O0)
-  add_test(NAME windows.${folder} COMMAND "${PROJECT_SOURCE_DIR}/scripts/wine-run"
-                                          "$<TARGET_FILE:${program}>" --gtest_brief=1)
-  set_tests_properties(windows.${folder} PROPERTIES LABELS windows)
+  add_test(NAME windows.${folder}
+    COMMAND ${ZENT_WINE_RUN} "$<TARGET_FILE:${program}>" --gtest_brief=1)
+  set_tests_properties(windows.${folder} PROPERTIES LABELS windows FIXTURES_REQUIRED wine)
 endfunction()
 
 # zent_test(FOLDER SOURCES file... USES folder... [LINKS target...] [LABEL label] [LAUNCHER program])
