@@ -5,7 +5,6 @@
 #include <memory>
 #include <string>
 
-#include "platform/FileSystem.h"
 #include "platform/ShellLinks.h"
 
 /// What every adapter of ShellLinks must keep. An adapter's test includes this file once, makes a
@@ -17,9 +16,11 @@ class ShellLinksSubject {
  public:
   virtual ~ShellLinksSubject() = default;
   virtual ShellLinks& links() = 0;
-  virtual FileSystem& files() = 0;
   /// Full path of an existing folder, with a trailing backslash.
   virtual std::string folder() = 0;
+  /// The bytes of a file of that folder; empty when it is missing.
+  virtual std::string Contents(const std::string& name) = 0;
+  virtual void MakeReadOnly(const std::string& name) = 0;
 };
 
 using ShellLinksFactory = std::unique_ptr<ShellLinksSubject> (*)();
@@ -31,9 +32,7 @@ class ShellLinksContract : public ::testing::TestWithParam<ShellLinksFactory> {
   Status Create(const std::string& name, const std::string& target) {
     return subject_->links().Create(subject_->folder() + name, {.target = target});
   }
-  std::string Contents(const std::string& name) {
-    return ReadWholeFile(subject_->files(), subject_->folder() + name).value_or("");
-  }
+  std::string Contents(const std::string& name) { return subject_->Contents(name); }
   ShellLinksSubject& subject() { return *subject_; }
 
  private:
@@ -64,8 +63,7 @@ TEST_P(ShellLinksContract, AMissingFolderIsPathNotFound) {
 TEST_P(ShellLinksContract, AReadOnlyLinkStays) {
   EXPECT_TRUE(Create("Korvo.lnk", R"(C:\Korvo\Old.exe)").ok());
   const std::string old = Contents("Korvo.lnk");
-  const std::string path = subject().folder() + "Korvo.lnk";
-  ASSERT_TRUE(subject().files().SetAttributes(path, kAttributeReadOnly).ok());
+  subject().MakeReadOnly("Korvo.lnk");
   EXPECT_EQ(Create("Korvo.lnk", R"(C:\Korvo\New.exe)").number(), kPathFileAccess);
   EXPECT_EQ(Contents("Korvo.lnk"), old);
 }

@@ -11,8 +11,13 @@ class FakeSubject : public ShellLinksSubject {
  public:
   FakeSubject() { files_.PutFolder(R"(C:\Desktop)"); }
   ShellLinks& links() override { return links_; }
-  FileSystem& files() override { return files_; }
   std::string folder() override { return R"(C:\Desktop\)"; }
+  std::string Contents(const std::string& name) override {
+    return files_.Contents(folder() + name).value_or("");
+  }
+  void MakeReadOnly(const std::string& name) override {
+    ASSERT_TRUE(files_.SetAttributes(folder() + name, kAttributeReadOnly).ok());
+  }
 
  private:
   MemoryFileSystem files_;

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "contracts/LinkReader.h"
+#include "contracts/LinkSamples.h"
 #include "platform/prefix/links/LinkFormat.h"
-#include "platform/prefix/links/LinkReader.h"
-#include "platform/prefix/links/LinkSamples.h"
 
 namespace zent {
 namespace {
@@ -15,12 +15,15 @@ using ::testing::ElementsAre;
 using testing::LinkFile;
 using testing::LinkItem;
 using testing::LinkSample;
-using testing::LoadLinkSamples;
 using testing::ReadLink;
 
 constexpr std::uint32_t kPathFlag = 0x02;
 constexpr std::uint32_t kDescriptionFlag = 0x04;
 constexpr std::uint32_t kIconFlag = 0x40;
+
+std::vector<LinkSample> Samples() {
+  return testing::LoadLinkSamples(ZENT_TEST_DATA "/links/recorded.txt");
+}
 
 ShellLink LinkOf(const LinkSample& sample) {
   return {.target = sample.target,
@@ -37,7 +40,7 @@ LinkFile Written(const ShellLink& link, bool target_is_folder = false) {
 }
 
 TEST(LinkReader, ReadsWhatTheSystemWrote) {
-  const std::vector<LinkSample> samples = LoadLinkSamples();
+  const std::vector<LinkSample> samples = Samples();
   ASSERT_EQ(samples.size(), 5U);
   for (const LinkSample& sample : samples) {
     SCOPED_TRACE(sample.name);
@@ -52,14 +55,14 @@ TEST(LinkReader, ReadsWhatTheSystemWrote) {
 }
 
 TEST(LinkReader, RefusesAFileThatIsCutAnywhere) {
-  const std::string bytes = LoadLinkSamples().back().bytes;
+  const std::string bytes = Samples().back().bytes;
   for (std::size_t size = 0; size < bytes.size(); ++size) {
     EXPECT_FALSE(ReadLink(bytes.substr(0, size)).has_value()) << size;
   }
 }
 
 TEST(FormatShellLink, SaysWhatTheSystemSaysOfTheSameTarget) {
-  for (const LinkSample& sample : LoadLinkSamples()) {
+  for (const LinkSample& sample : Samples()) {
     SCOPED_TRACE(sample.name);
     const LinkFile recorded = ReadLink(sample.bytes).value();
     const LinkFile ours = Written(LinkOf(sample), sample.folder);

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
+#include "contracts/LinkReader.h"
 #include "contracts/ShellLinksContract.h"
 #include "fakes/MemoryFileSystem.h"
-#include "platform/prefix/links/LinkReader.h"
 #include "platform/prefix/links/PrefixShellLinks.h"
 
 namespace zent {
@@ -18,8 +18,13 @@ class PrefixSubject : public ShellLinksSubject {
  public:
   PrefixSubject() { files_.PutFolder(R"(C:\Desktop)"); }
   ShellLinks& links() override { return links_; }
-  FileSystem& files() override { return files_; }
   std::string folder() override { return R"(C:\Desktop\)"; }
+  std::string Contents(const std::string& name) override {
+    return files_.Contents(folder() + name).value_or("");
+  }
+  void MakeReadOnly(const std::string& name) override {
+    ASSERT_TRUE(files_.SetAttributes(folder() + name, kAttributeReadOnly).ok());
+  }
 
  private:
   MemoryFileSystem files_;

@@ -1,4 +1,4 @@
-#include "platform/prefix/links/LinkSamples.h"
+#include "contracts/LinkSamples.h"
 
 #include <gtest/gtest.h>
 
@@ -25,10 +25,10 @@ void TakeField(LinkSample& sample, const std::string& field, const std::string& 
 
 }  // namespace
 
-std::vector<LinkSample> LoadLinkSamples() {
+std::vector<LinkSample> LoadLinkSamples(const std::filesystem::path& path) {
   std::vector<LinkSample> samples;
-  std::ifstream file(ZENT_TEST_DATA "/links/recorded.txt");
-  EXPECT_TRUE(file.good());
+  std::ifstream file(path);
+  EXPECT_TRUE(file.good()) << path;
   for (std::string line; std::getline(file, line);) {
     if (line.empty() || line.front() == '#') continue;
     const std::size_t blank = line.find(' ');

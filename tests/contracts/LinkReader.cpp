@@ -1,4 +1,4 @@
-#include "platform/prefix/links/LinkReader.h"
+#include "contracts/LinkReader.h"
 
 #include <cstddef>
 #include <stdexcept>

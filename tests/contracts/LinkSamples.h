@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -16,7 +17,7 @@ struct LinkSample {
   std::string bytes = {};
 };
 
-/// The samples of tests/data/links/recorded.txt, whose head describes the form.
-std::vector<LinkSample> LoadLinkSamples();
+/// The samples of a file in tests/data/links, whose head describes the form.
+std::vector<LinkSample> LoadLinkSamples(const std::filesystem::path& path);
 
 }  // namespace zent::testing
