@@ -8,6 +8,7 @@
 #include <exception>
 #include <utility>
 
+#include "ui/CloseQuestion.h"
 #include "ui/qt/AppIcon.h"
 #include "ui/qt/LogBox.h"
 #include "ui/qt/MainWindow.h"
@@ -22,17 +23,6 @@ using std::chrono::milliseconds;
 /// Longest wait for the desktop to bring the window up; one that is minimised at once never is.
 constexpr qint64 kVisibleLimit = 1000;  // milliseconds
 constexpr milliseconds kShowDelay{20};
-
-MessageQuestion CloseQuestion(const QWidget& window) {
-  return {.title = FromQt(window.windowTitle()),
-          .text =
-              "The update is still running.\r\n\r\n"
-              "If you close it now, it ends after its present step. What was done so far "
-              "stays done, and the application may not work until the update has been run "
-              "again.\r\n\r\nDo you want to close the update?",
-          .buttons = BoxButtons::YesNo,
-          .icon = BoxIcon::Question};
-}
 
 }  // namespace
 
@@ -124,7 +114,7 @@ void QtUpdateWindow::CloseWanted() {
   // A question that stands open is answered first, whoever closes.
   if (close_requested_ || QApplication::activeModalWidget() != nullptr) return;
   if (stage_ != Stage::Loading) return CloseNow();
-  if (AskBox(window_.get(), CloseQuestion(*window_)) != Answer::Yes) return;
+  if (AskBox(window_.get(), CloseQuestion()) != Answer::Yes) return;
   close_requested_ = true;
   window_->ShowClosing();
 }

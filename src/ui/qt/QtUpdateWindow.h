@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "ui/UpdateWindow.h"
-#include "ui/qt/RepaintPace.h"
+#include "ui/RepaintPace.h"
 
 class QApplication;
 class QEventLoop;

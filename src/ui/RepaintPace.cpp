@@ -1,4 +1,4 @@
-#include "ui/qt/RepaintPace.h"
+#include "ui/RepaintPace.h"
 
 #include <algorithm>
 
@@ -15,6 +15,11 @@ bool RepaintPace::Due(TimePoint now) {
   if (paid_until_ >= now + kCredit) return false;
   paid_until_ = std::max(paid_until_, now) + kInterval;
   return true;
+}
+
+void RepaintPace::Took(TimePoint::duration time) {
+  const TimePoint::duration share = 2 * time;
+  if (share > kInterval) paid_until_ += share - kInterval;
 }
 
 }  // namespace zent

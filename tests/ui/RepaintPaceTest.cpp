@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "ui/qt/RepaintPace.h"
+#include "ui/RepaintPace.h"
 
 namespace zent {
 namespace {
@@ -30,6 +30,37 @@ TEST(RepaintPace, PaintsEveryMessageButThoseOfALongBurst) {
     RepaintPace::TimePoint now{std::chrono::hours(5)};
     int painted = 0;
     for (int i = 0; i < row.messages; ++i, now += row.apart) painted += pace.Due(now) ? 1 : 0;
+    EXPECT_GE(painted, row.least);
+    EXPECT_LE(painted, row.most);
+  }
+}
+
+struct CostCase {
+  const char* what;
+  milliseconds cost;  ///< of a painting
+  int least;          ///< paintings in ten seconds
+  int most;
+};
+
+constexpr CostCase kCostCases[] = {
+    {"a fast one leaves one each twenty milliseconds", milliseconds(10), 500, 560},
+    {"a slow one takes half of the time", milliseconds(50), 100, 111},
+    {"a very slow one as well", milliseconds(500), 10, 12},
+};
+
+TEST(RepaintPace, LeavesHalfOfTheTimeToTheMessages) {
+  for (const CostCase& row : kCostCases) {
+    SCOPED_TRACE(row.what);
+    RepaintPace pace;
+    const RepaintPace::TimePoint start{std::chrono::hours(5)};
+    int painted = 0;
+    for (RepaintPace::TimePoint now = start; now < start + std::chrono::seconds(10);) {
+      now += milliseconds(1);
+      if (!pace.Due(now)) continue;
+      ++painted;
+      now += row.cost;
+      pace.Took(row.cost);
+    }
     EXPECT_GE(painted, row.least);
     EXPECT_LE(painted, row.most);
   }
