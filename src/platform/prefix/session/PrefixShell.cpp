@@ -1,37 +1,13 @@
 #include "platform/prefix/session/PrefixShell.h"
 
-#include <algorithm>
 #include <utility>
 #include <vector>
 
-#include "base/Text.h"
-#include "base/Utf.h"
+#include "platform/WebAddress.h"
 #include "platform/prefix/session/DetachedStart.h"
 #include "platform/prefix/session/HostPrograms.h"
 
 namespace zent {
-namespace {
-
-/// Blanks and controls never belong to a written address, and have split or ended the commands of
-/// many an opener.
-bool HasBlankOrControl(std::string_view address) {
-  for (std::size_t at = 0; at < address.size();) {
-    const char32_t c = NextCodePoint(address, at);
-    if (c <= U' ' || (c >= 0x7F && c <= 0xA0)) return true;
-  }
-  return false;
-}
-
-bool IsWebAddress(std::string_view address) {
-  if (!IsUtf8(address) || HasBlankOrControl(address)) return false;
-  const auto begins_with = [&](std::string_view scheme) {
-    return address.size() > scheme.size() &&
-           EqualsIgnoringCase(address.substr(0, scheme.size()), scheme);
-  };
-  return begins_with("http://") || begins_with("https://");
-}
-
-}  // namespace
 
 PrefixShell::PrefixShell(std::string path_list, const Wine& wine, DesktopWindows* windows)
     : path_list_(std::move(path_list)), wine_(wine), windows_(windows) {}

@@ -1,0 +1,89 @@
+#include "platform/win32/session/Win32Processes.h"
+
+#include <windows.h>
+
+#include <string>
+
+#include "platform/win32/AnsiText.h"
+#include "platform/win32/UniqueHandle.h"
+#include "platform/win32/Win32Errors.h"
+
+namespace zent {
+namespace {
+
+constexpr DWORD kElevationRequired = 740;  // ERROR_ELEVATION_REQUIRED, of Vista and later
+
+RuntimeError StartError(DWORD code) {
+  switch (code) {
+    case ERROR_BAD_FORMAT:
+    case ERROR_BAD_EXE_FORMAT:
+    case ERROR_INVALID_EXE_SIGNATURE:
+    case ERROR_EXE_MARKED_INVALID:
+    case ERROR_EXE_MACHINE_TYPE_MISMATCH:
+      return StandardError(kInvalidProcedureCall);
+    case ERROR_ACCESS_DENIED:
+    case kElevationRequired:
+      return StandardError(kPermissionDenied);
+    default:
+      return ErrorOfWin32(code);
+  }
+}
+
+bool IsFile(const std::string& path) {
+  const DWORD attributes = GetFileAttributesA(path.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) return false;
+  if ((attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) return true;
+  SetLastError(ERROR_FILE_NOT_FOUND);
+  return false;
+}
+
+/// The full path of the program's file. A folder of the very name does not hide "NAME.exe".
+Result<std::string> FindProgram(const std::string& program) {
+  // A quote would end the quoted path of the command line; no name holds one.
+  if (program.empty() || program.find('"') != std::string::npos || program.back() == '\\' ||
+      program.back() == '/') {
+    return StandardError(kFileNotFound);
+  }
+  char full[MAX_PATH] = {};
+  const DWORD length = GetFullPathNameA(program.c_str(), MAX_PATH, full, nullptr);
+  if (length == 0 || length >= MAX_PATH) return StandardError(kFileNotFound);
+  std::string path = full;
+  if (IsFile(path)) return path;
+  const RuntimeError missing = LastError();
+  if (IsFile(path + ".exe")) return path + ".exe";
+  return missing;
+}
+
+/// The folder of a full path, with the backslash that a drive's root needs.
+std::string FolderOf(const std::string& path) { return path.substr(0, path.rfind('\\') + 1); }
+
+}  // namespace
+
+Result<std::uint32_t> Win32Processes::Start(const Launch& launch) {
+  const Result<std::string> program = AnsiOf(launch.program);
+  if (!program.ok()) return program.error();
+  const Result<std::string> found = FindProgram(program.value());
+  if (!found.ok()) return found.error();
+  const Result<std::string> arguments = AnsiOf(launch.arguments);
+  if (!arguments.ok()) return StandardError(kInvalidProcedureCall);
+  const std::string& path = found.value();
+  std::string command_line = "\"" + path + "\"";
+  if (!launch.arguments.empty()) command_line += " " + arguments.value();
+
+  STARTUPINFOA startup = {};
+  startup.cb = sizeof(startup);
+  startup.dwFlags = STARTF_USESHOWWINDOW;
+  startup.wShowWindow = SW_SHOWMINIMIZED;  // with the focus
+  PROCESS_INFORMATION process = {};
+  // Named by its full path as well, so that the system does not search; no handle of ours, which
+  // would keep files and pipes open, is handed down.
+  if (CreateProcessA(path.c_str(), command_line.data(), nullptr, nullptr, FALSE, CREATE_NEW_CONSOLE,
+                     nullptr, FolderOf(path).c_str(), &startup, &process) == FALSE) {
+    return StartError(GetLastError());
+  }
+  const UniqueHandle thread(process.hThread);
+  const UniqueHandle owner(process.hProcess);
+  return process.dwProcessId;
+}
+
+}  // namespace zent

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "support/TempFolder.h"
+
+namespace zent::testing {
+
+/// Puts other_program.exe, which lies beside this test program, into the folder under a name of the
+/// test's choice; returns its full path. Texts are UTF-8.
+std::string PutOtherProgram(const TempFolder& folder, const std::string& name);
+
+/// Waits for the process to end and returns its exit code; nothing when it takes ten seconds.
+std::optional<std::uint32_t> WaitForExit(std::uint32_t process_id);
+
+/// What the program at this path has written beside itself.
+std::string RecordOf(const std::string& program);
+
+}  // namespace zent::testing
