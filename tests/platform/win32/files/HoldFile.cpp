@@ -1,16 +1,19 @@
 #include <windows.h>
 
-#include <array>
-#include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
+
+#include "platform/win32/files/Win32FileSystem.h"
 
 /// hold_file MODE PATH: holds a file as MODE says, writes one byte to standard output, and ends
 /// with the end of standard input.
 ///
 /// Modes: "r0" "r1" "r3" "r7" "w3" are open for reading or writing and share what the digit says
 /// (FILE_SHARE_*), "map" keeps a view mapped, "load" loads a library, "folder" makes it the current
-/// folder, "run" does nothing, so that the program itself is what is held.
+/// folder, "run" does nothing, so that the program itself is what is held. "replace" writes it and
+/// copies the file "other" beside it over it by turns, to be killed in the middle of that.
+namespace zent {
 namespace {
 
 bool Map(const char* path) {
@@ -32,8 +35,18 @@ bool Open(const std::string& mode, const char* path) {
          INVALID_HANDLE_VALUE;
 }
 
+/// Ends by itself, should nobody kill us.
+void ReplaceOften(const std::filesystem::path& path) {
+  constexpr int kTimes = 2000;
+  Win32FileSystem files(path.parent_path().string());
+  for (int i = 0; i < kTimes; ++i) {
+    const bool written = files.Write(path.string(), std::string(300'000, 'w')).ok();
+    if (!written || !files.Copy("other", path.string()).ok()) return;
+  }
+}
+
 bool Hold(const std::string& mode, const char* path) {
-  if (mode == "run") return true;
+  if (mode == "run" || mode == "replace") return true;
   if (mode == "map") return Map(path);
   if (mode == "load") return LoadLibraryA(path) != nullptr;
   if (mode == "folder") return SetCurrentDirectoryA(path) != FALSE;
@@ -41,11 +54,13 @@ bool Hold(const std::string& mode, const char* path) {
 }
 
 }  // namespace
+}  // namespace zent
 
 int main(int argc, char** argv) {
-  if (argc != 3 || !Hold(argv[1], argv[2])) return EXIT_FAILURE;
+  if (argc != 3 || !zent::Hold(argv[1], argv[2])) return EXIT_FAILURE;
   DWORD done = 0;
   WriteFile(GetStdHandle(STD_OUTPUT_HANDLE), "h", 1, &done, nullptr);
+  if (std::string(argv[1]) == "replace") zent::ReplaceOften(argv[2]);
   char end = 0;
   while (ReadFile(GetStdHandle(STD_INPUT_HANDLE), &end, 1, &done, nullptr) && done != 0) continue;
   return EXIT_SUCCESS;

@@ -2,6 +2,9 @@
 
 #include <windows.h>
 
+#include <cstdlib>
+#include <utility>
+
 namespace zent::testing {
 namespace {
 
@@ -53,6 +56,11 @@ HoldingProcess::HoldingProcess(const std::filesystem::path& file, const std::str
   char held = 0;
   DWORD read = 0;
   ok_ = ReadFile(output.read.get(), &held, 1, &read, nullptr) && read == 1;
+}
+
+void HoldingProcess::Kill() {
+  TerminateProcess(process_.get(), EXIT_FAILURE);
+  WaitForSingleObject(process_.get(), INFINITE);
 }
 
 HoldingProcess::~HoldingProcess() {

@@ -23,6 +23,8 @@ class HoldingProcess {
   bool ok() const { return ok_; }
   /// The number of the process.
   unsigned long id() const { return id_; }
+  /// Ends the process wherever it is.
+  void Kill();
 
  private:
   UniqueHandle process_;
