@@ -2,9 +2,9 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 
 #include "scenarios/Scenario.h"
+#include "scenarios/ScenarioFiles.h"
 #include "support/TempFolder.h"
 
 namespace zent::testing {
@@ -19,16 +19,6 @@ std::string TextOf(const fs::path& file) { return fs::exists(file) ? ReadHostFil
 void WriteText(const fs::path& file, const std::string& text) {
   fs::create_directories(file.parent_path());
   std::ofstream(file, std::ios::binary) << text;
-}
-
-/// The names of the new and changed files of a change list.
-std::vector<std::string> NamesOf(const std::string& changes) {
-  std::vector<std::string> names;
-  std::istringstream lines(changes);
-  for (std::string line; std::getline(lines, line);) {
-    if (line.front() != '-' && line.back() != '/') names.push_back(line.substr(2));
-  }
-  return names;
 }
 
 /// Writes the expected files anew from what happened, for a reading by eye before they are kept.

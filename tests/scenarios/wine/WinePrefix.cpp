@@ -1,0 +1,145 @@
+#include "scenarios/wine/WinePrefix.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+
+#include "support/TempFolder.h"
+
+namespace zent::testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kLoader = "/usr/lib/wine/wine64";
+constexpr const char* kServer = "/usr/lib/wine/wineserver";
+constexpr const char* kRegistryFiles[] = {"system.reg", "user.reg", "userdef.reg"};
+
+/// The prefix that scripts/wine has made, which the ones here are copies of.
+fs::path Template() {
+  const char* const prefix = std::getenv("WINEPREFIX");
+  return prefix == nullptr ? fs::path() : fs::path(prefix);
+}
+
+/// Copies the Windows folder by links: it holds some 700 MB, all of which is only read. What
+/// programs write to are settings and small texts, and these are copied.
+void LinkWindowsFolder(const fs::path& from, const fs::path& to) {
+  fs::create_directories(to);
+  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(from)) {
+    const fs::path target = to / fs::relative(entry.path(), from);
+    if (entry.is_directory()) {
+      fs::create_directories(target);
+      continue;
+    }
+    std::error_code failed;
+    if (entry.file_size() >= 4096) fs::create_hard_link(entry.path(), target, failed);
+    if (entry.file_size() < 4096 || failed) fs::copy_file(entry.path(), target);
+  }
+  // The sample machine has no registration tool: a machine that has one brings it.
+  fs::remove(to / "system32/regsvr32.exe");
+}
+
+/// Lays files over what is there. A program of the sample machines is a script of the host, which
+/// Windows cannot start: a program that does nothing takes its place.
+void LayFiles(const fs::path& machine, const fs::path& drive) {
+  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(machine)) {
+    const fs::path target = drive / fs::relative(entry.path(), machine);
+    if (entry.is_directory()) {
+      fs::create_directories(target);
+      continue;
+    }
+    fs::create_directories(target.parent_path());
+    const bool is_script =
+        entry.path().extension() == ".exe" && ReadHostFile(entry.path()).rfind("#!", 0) == 0;
+    fs::remove(target);
+    fs::copy_file(is_script ? fs::path(ZENT_IDLE_PROGRAM) : entry.path(), target);
+    fs::permissions(target, entry.status().permissions() | fs::perms::owner_read);
+  }
+}
+
+RegistryText ReadRegistry(const fs::path& file) {
+  return RegistryText::Read(fs::exists(file) ? ReadHostFile(file) : "");
+}
+
+}  // namespace
+
+PrefixChanges ChangesBetween(const PrefixState& before, const PrefixState& after) {
+  PrefixChanges changes{.before = before.files, .after = after.files};
+  for (const auto& [name, registry] : after.registry) {
+    changes.before[name] = "";
+    changes.after[name] = RegistryChanges(before.registry.at(name), registry);
+  }
+  return changes;
+}
+
+WinePrefix::WinePrefix(const fs::path& sample, const fs::path& machine, const fs::path& folder)
+    : folder_(folder), prefix_(folder / "prefix") {
+  if (!fs::exists(Template() / "system.reg")) {
+    ADD_FAILURE() << "this test is started by scripts/wine/run";
+    return;
+  }
+  fs::create_directories(prefix_ / "dosdevices");
+  fs::create_directory_symlink("../drive_c", prefix_ / "dosdevices/c:");
+  fs::create_directory_symlink("../../package", prefix_ / "dosdevices/d:");
+  fs::create_directory_symlink("../..", prefix_ / "dosdevices/e:");
+  fs::create_directory_symlink("/", prefix_ / "dosdevices/z:");
+  LinkWindowsFolder(Template() / "drive_c/windows", drive_c() / "windows");
+  LayFiles(machine / "drive_c", drive_c());
+  for (const char* const name : kRegistryFiles) {
+    RegistryText registry = ReadRegistry(Template() / name);
+    LayOver(ReadRegistry(sample / name), ReadRegistry(machine / name), registry);
+    std::ofstream(prefix_ / name, std::ios::binary) << registry.Write();
+  }
+  // Tells Wine that the prefix is up to date.
+  fs::copy_file(Template() / ".update-timestamp", prefix_ / ".update-timestamp");
+}
+
+WinePrefix::~WinePrefix() {
+  RunHostProgram(WithPrefix({kServer, "-k"}), folder_.string());
+  WaitForEnd();
+}
+
+std::vector<std::string> WinePrefix::WithPrefix(std::vector<std::string> command) const {
+  command.insert(command.begin(), {"/usr/bin/env", "WINEPREFIX=" + prefix_.string()});
+  return command;
+}
+
+std::vector<std::string> WinePrefix::Command(const std::string& program,
+                                             const std::vector<std::string>& arguments) const {
+  // Services that a program brings up live on and would keep a pipe open: output goes to a file.
+  std::vector<std::string> command =
+      WithPrefix({"/usr/bin/timeout", "-k", "5", "60", "/bin/sh", "-c", "exec \"$@\" >output 2>&1",
+                  "sh", kLoader, program});
+  command.insert(command.end(), arguments.begin(), arguments.end());
+  return command;
+}
+
+ProgramEnd WinePrefix::Run(const std::string& program,
+                           const std::vector<std::string>& arguments) const {
+  ProgramEnd end = RunHostProgram(Command(program, arguments), folder_.string());
+  end.output += ReadHostFile(folder_ / "output");
+  return end;
+}
+
+void WinePrefix::WaitForEnd() const {
+  RunHostProgram(WithPrefix({kServer, "-w"}), folder_.string());
+}
+
+PrefixState WinePrefix::State() const {
+  PrefixState state;
+  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(drive_c())) {
+    const std::string name = fs::relative(entry.path(), prefix_).string();
+    if (entry.is_directory()) {
+      state.files[name + "/"] = "";
+    } else if (entry.hard_link_count() > 1) {
+      state.files[name] = "the system's own";
+    } else {
+      state.files[name] = ReadHostFile(entry.path());
+    }
+  }
+  for (const char* const name : kRegistryFiles) state.registry[name] = ReadRegistry(prefix_ / name);
+  return state;
+}
+
+}  // namespace zent::testing

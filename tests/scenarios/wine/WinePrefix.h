@@ -1,0 +1,61 @@
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "scenarios/HostProgram.h"
+#include "scenarios/MachineTree.h"
+#include "scenarios/compare/RegistryText.h"
+
+namespace zent::testing {
+
+/// What a machine under Wine holds: its files by their path in the prefix ("drive_c/..."), and its
+/// registry files by name.
+struct PrefixState {
+  MachineTree files;
+  std::map<std::string, RegistryText> registry;
+};
+
+/// What happened between two states, in the form of two trees: in `before` every registry file is
+/// empty, in `after` it is the list of its changes.
+struct PrefixChanges {
+  MachineTree before;
+  MachineTree after;
+};
+PrefixChanges ChangesBetween(const PrefixState& before, const PrefixState& after);
+
+/// A Wine prefix of its own in `folder`/prefix: a machine (a folder as the native program services
+/// it) with the system's own files below it. Drive D: is `folder`/package, drive E: is `folder`
+/// itself. There are no other drives and no links to the host's home folder.
+class WinePrefix {
+ public:
+  /// `sample` is the machine that `machine` was made of; values that were taken off are taken off
+  /// here as well.
+  WinePrefix(const std::filesystem::path& sample, const std::filesystem::path& machine,
+             const std::filesystem::path& folder);
+  /// Ends whatever still runs in it.
+  ~WinePrefix();
+  WinePrefix(const WinePrefix&) = delete;
+  WinePrefix& operator=(const WinePrefix&) = delete;
+
+  /// What runs a Windows program here, at most a minute. `program` is a path of the host.
+  std::vector<std::string> Command(const std::string& program,
+                                   const std::vector<std::string>& arguments) const;
+  /// Runs it to its end, the exit code's low eight bits as the host sees them.
+  ProgramEnd Run(const std::string& program, const std::vector<std::string>& arguments) const;
+  /// Waits until everything in it has ended: then its registry is on the disk.
+  void WaitForEnd() const;
+  PrefixState State() const;
+
+  std::filesystem::path drive_c() const { return prefix_ / "drive_c"; }
+
+ private:
+  std::vector<std::string> WithPrefix(std::vector<std::string> command) const;
+
+  std::filesystem::path folder_;
+  std::filesystem::path prefix_;
+};
+
+}  // namespace zent::testing
