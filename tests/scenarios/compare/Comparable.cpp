@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <sstream>
 
-#include "platform/prefix/links/LinkReader.h"
+#include "contracts/LinkReader.h"
 
 namespace zent::testing {
 namespace {

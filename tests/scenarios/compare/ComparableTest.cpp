@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/prefix/links/LinkSamples.h"
+#include "contracts/LinkSamples.h"
 #include "scenarios/compare/Comparable.h"
 
 namespace zent::testing {
@@ -40,7 +40,7 @@ TEST(Comparable, IsEqualForWhatIsTheSameOnBothSystems) {
 }
 
 TEST(Comparable, SaysWhatALinkSays) {
-  const std::vector<LinkSample> samples = LoadLinkSamples();
+  const std::vector<LinkSample> samples = LoadLinkSamples(ZENT_TEST_DATA "/links/recorded.txt");
   ASSERT_FALSE(samples.empty());
   for (const LinkSample& sample : samples) {
     SCOPED_TRACE(sample.name);
