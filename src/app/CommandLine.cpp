@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "app/ExitCode.h"
 #include "driver/run/Product.h"
 
 namespace zent {
@@ -11,10 +12,19 @@ namespace {
 
 constexpr const char* kDescription = "ZentUpdate applies an update package to an installed Korvo.";
 
-constexpr const char* kFooter =
-    "Exit codes: 0 success; 80 success, restart needed; 10 success with warnings\n"
-    "(--detailed-exitcode); 1 setup failed; 64 wrong command line; 66 no package;\n"
-    "69 the application is not installed; 75 the machine is in use; 77 refused by --strict.\n";
+/// The exit codes of this system, as the help tells them.
+std::string ExitCodeText() {
+  const auto number = [](ExitCode code) { return NativeExitCode(code); };
+  return fmt::format(
+      "Exit codes: {} success; {} success, restart needed; {} success with warnings\n"
+      "(--detailed-exitcode); {} setup failed; {} wrong command line; {} no package;\n"
+      "{} the application is not installed; {} the machine is in use; {} refused by --strict.\n",
+      number(ExitCode::Success), number(ExitCode::RestartNeeded),
+      number(ExitCode::SuccessWithWarnings), number(ExitCode::Failed),
+      number(ExitCode::WrongCommandLine), number(ExitCode::NoPackage),
+      number(ExitCode::NotInstalled), number(ExitCode::MachineInUse),
+      number(ExitCode::RefusedByStrict));
+}
 
 void AddWindowOptions(CLI::App& app, CommandLine& line, bool& window, bool& console) {
   auto* const window_flag =
@@ -45,10 +55,27 @@ void AddRecordOptions(CLI::App& app, CommandLine& line) {
                "Return 10 when the run succeeds but a command was warned or failed");
 }
 
+void AddMachineOptions(CLI::App& app, CommandLine& line, bool shown) {
+  // Known where they are refused as well, so that they can be refused in words.
+  const std::string group = shown ? "Options" : "";
+  app.add_option("--machine", line.machine,
+                 "The machine to service, a folder in the layout of a Wine prefix\n"
+                 "(default: $WINEPREFIX, else the user's own prefix)")
+      ->type_name("DIR")
+      ->group(group);
+  app.add_flag("--follow-profile-links", line.follow_profile_links,
+               "Let the profile's links (Desktop, Documents, ...) lead to the home folder")
+      ->group(group);
+}
+
+CommandLineEnd WrongLine(const std::string& what) {
+  return {.text = fmt::format("{}\nTry 'zentupdate --help'.", what), .wrong = true};
+}
+
 }  // namespace
 
 std::variant<CommandLine, CommandLineEnd> ParseCommandLine(int argc, const char* const* argv,
-                                                           const std::string& parts) {
+                                                           const ProgramTexts& texts) {
   CommandLine line;
   bool window = false;
   bool console = false;
@@ -56,18 +83,14 @@ std::variant<CommandLine, CommandLineEnd> ParseCommandLine(int argc, const char*
       fmt::format("{}.{}.{}", kVersionMajor, kVersionMinor, kVersionRevision);
 
   CLI::App app(kDescription, "zentupdate");
-  app.set_version_flag("--version", fmt::format("ZentUpdate {}\n{}", version, parts));
-  app.footer(kFooter);
+  app.set_version_flag("--version", fmt::format("ZentUpdate {}\n{}", version, texts.parts));
+  app.footer(ExitCodeText());
   app.fallthrough();
   app.add_option("PACKAGE", line.package,
                  "Folder of the update package: the one that holds ZentUpdate.ini\n"
-                 "(default: the current folder)");
-  app.add_option("--machine", line.machine,
-                 "The machine to service, a folder in the layout of a Wine prefix\n"
-                 "(default: $WINEPREFIX, else the user's own prefix)")
-      ->type_name("DIR");
-  app.add_flag("--follow-profile-links", line.follow_profile_links,
-               "Let the profile's links (Desktop, Documents, ...) lead to the home folder");
+                 "(default: " +
+                     texts.default_package + ")");
+  AddMachineOptions(app, line, texts.takes_machine);
   AddWindowOptions(app, line, window, console);
   AddRecordOptions(app, line);
   auto* const run = app.add_subcommand("run", "Run the package; may be left out");
@@ -80,9 +103,12 @@ std::variant<CommandLine, CommandLineEnd> ParseCommandLine(int argc, const char*
   } catch (const CLI::CallForVersion& call) {
     return CommandLineEnd{.text = std::string(call.what()) + "\n"};
   } catch (const CLI::ParseError& error) {
-    return CommandLineEnd{
-        .text = fmt::format("zentupdate: {}\nTry 'zentupdate --help'.\n", error.what()),
-        .wrong = true};
+    return WrongLine(error.what());
+  }
+  if (!texts.takes_machine && (!line.machine.empty() || line.follow_profile_links)) {
+    return WrongLine(
+        "--machine and --follow-profile-links are not for this system: the machine is "
+        "the one that the program runs on");
   }
   if (window) line.window = WindowChoice::Window;
   if (console) line.window = WindowChoice::Console;

@@ -24,14 +24,21 @@ struct CommandLine {
   bool follow_profile_links = false;
 };
 
-/// What is to be printed instead of a run: help, the version, or what is wrong with the line.
+/// What is to be told instead of a run: help, the version, or what is wrong with the line.
 struct CommandLineEnd {
   std::string text;
-  bool wrong = false;  ///< the line is wrong: the text belongs on standard error
+  bool wrong = false;  ///< the line is wrong: the text is a complaint
 };
 
-/// Parses the arguments. `parts` tells, behind the version, what this build is made of.
+/// What differs between the systems in what the command line says and takes.
+struct ProgramTexts {
+  std::string parts;            ///< behind the version: what this build is made of
+  std::string default_package;  ///< the folder taken without PACKAGE: "the current folder"
+  bool takes_machine = true;    ///< the machine is a folder, not the system itself
+};
+
+/// Parses the arguments, which are UTF-8. The exit codes in the help are the system's own.
 std::variant<CommandLine, CommandLineEnd> ParseCommandLine(int argc, const char* const* argv,
-                                                           const std::string& parts);
+                                                           const ProgramTexts& texts);
 
 }  // namespace zent

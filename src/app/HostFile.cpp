@@ -5,6 +5,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "app/HostPath.h"
+
 namespace zent {
 namespace {
 
@@ -12,11 +14,12 @@ constexpr std::uintmax_t kLimit = 16U << 20U;  // bytes
 
 }  // namespace
 
-Result<std::string> ReadHostFile(const std::string& path) {
+Result<std::string> ReadHostFile(const std::string& name) {
+  const std::filesystem::path path = HostPath(name);
   std::error_code error;
   if (!std::filesystem::is_regular_file(path, error)) return StandardError(kFileNotFound);
   if (std::filesystem::file_size(path, error) > kLimit) return StandardError(kOutOfStringSpace);
-  std::ifstream file(std::filesystem::path(path), std::ios::binary);
+  std::ifstream file(path, std::ios::binary);
   if (!file.is_open()) return StandardError(kPathFileAccess);
   return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
 }

@@ -6,8 +6,8 @@
 
 namespace zent {
 
-/// The bytes of a file of the host that the command line names. Errors: kFileNotFound, and
+/// The bytes of a file of the host that the command line names in UTF-8. Errors: kFileNotFound, and
 /// kOutOfStringSpace for one above 16 MB.
-Result<std::string> ReadHostFile(const std::string& path);
+Result<std::string> ReadHostFile(const std::string& name);
 
 }  // namespace zent

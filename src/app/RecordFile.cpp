@@ -1,13 +1,14 @@
 #include "app/RecordFile.h"
 
-#include <filesystem>
 #include <iostream>
 #include <utility>
+
+#include "app/HostPath.h"
 
 namespace zent {
 
 Result<RecordFile> RecordFile::Create(const std::string& path) {
-  std::ofstream file(std::filesystem::path(path), std::ios::binary | std::ios::trunc);
+  std::ofstream file(HostPath(path), std::ios::binary | std::ios::trunc);
   if (!file.is_open()) return StandardError(kPathFileAccess, path);
   return RecordFile(path, std::move(file));
 }

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "app/CommandLine.h"
+#include "app/ExitCode.h"
 
 namespace zent {
 namespace {
@@ -12,7 +13,8 @@ using ::testing::HasSubstr;
 
 std::variant<CommandLine, CommandLineEnd> Parse(std::vector<const char*> arguments) {
   arguments.insert(arguments.begin(), "zentupdate");
-  return ParseCommandLine(static_cast<int>(arguments.size()), arguments.data(), "window: none");
+  return ParseCommandLine(static_cast<int>(arguments.size()), arguments.data(),
+                          {.parts = "window: none", .default_package = "the current folder"});
 }
 
 CommandLine ParseRun(const std::vector<const char*>& arguments) {
@@ -84,9 +86,35 @@ TEST(CommandLine, HelpNamesEveryOptionAndExitCode) {
   for (const char* word :
        {"PACKAGE", "--machine", "--window", "--console", "--unattended", "--answers", "--retries",
         "--log", "--events", "--strict", "--detailed-exitcode", "--follow-profile-links",
-        "--version", "Exit codes", "80", "77"}) {
+        "--version", "Exit codes", "the current folder"}) {
     EXPECT_THAT(end.text, HasSubstr(word));
   }
+}
+
+TEST(CommandLine, HelpTellsTheExitCodesOfTheSystem) {
+  const auto parsed = Parse({"--help"});
+  ASSERT_TRUE(std::holds_alternative<CommandLineEnd>(parsed));
+  for (const ExitCode code : {ExitCode::RestartNeeded, ExitCode::Failed, ExitCode::NoPackage,
+                              ExitCode::MachineInUse, ExitCode::RefusedByStrict}) {
+    EXPECT_THAT(std::get<CommandLineEnd>(parsed).text,
+                HasSubstr(" " + std::to_string(NativeExitCode(code)) + " "));
+  }
+}
+
+TEST(CommandLine, RefusesAMachineWhereItIsTheSystemItself) {
+  for (const std::vector<const char*>& arguments : std::vector<std::vector<const char*>>{
+           {"zentupdate", "--machine", "m"}, {"zentupdate", "--follow-profile-links"}}) {
+    const auto parsed =
+        ParseCommandLine(static_cast<int>(arguments.size()), arguments.data(),
+                         {.parts = "", .default_package = "", .takes_machine = false});
+    ASSERT_TRUE(std::holds_alternative<CommandLineEnd>(parsed));
+    EXPECT_TRUE(std::get<CommandLineEnd>(parsed).wrong);
+    EXPECT_THAT(std::get<CommandLineEnd>(parsed).text, HasSubstr("the machine is the one"));
+  }
+  const char* const help[] = {"zentupdate", "--help"};
+  const auto parsed =
+      ParseCommandLine(2, help, {.parts = "", .default_package = "", .takes_machine = false});
+  EXPECT_THAT(std::get<CommandLineEnd>(parsed).text, ::testing::Not(HasSubstr("--machine")));
 }
 
 TEST(CommandLine, VersionTellsWhatTheBuildIsMadeOf) {

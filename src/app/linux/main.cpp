@@ -9,23 +9,14 @@
 #include <optional>
 #include <utility>
 
-#include "app/CommandLine.h"
-#include "app/ExitCode.h"
-#include "app/HostFile.h"
-#include "app/RunRecorder.h"
+#include "app/Program.h"
 #include "app/linux/Desktop.h"
 #include "app/linux/PrefixMachine.h"
-#include "driver/frmZentUpdate.h"
 #include "ui/console/ConsoleWindow.h"
-#include "ui/script/ScriptWindow.h"
+#include "ui/console/posix/PosixConsoleInput.h"
 
 namespace zent {
 namespace {
-
-ExitCode Complain(ExitCode code, const std::string& what) {
-  std::cerr << "zentupdate: " << what << "\n";
-  return code;
-}
 
 std::string Environment(const char* name) {
   const char* const value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): one thread
@@ -47,108 +38,66 @@ ExitCode CodeOfMachineError(const RuntimeError& error) {
   return error.number == kPermissionDenied ? ExitCode::MachineInUse : ExitCode::Failed;
 }
 
-/// Opens what a run's record goes to; nothing for an empty path.
-Result<std::optional<RecordFile>> OpenRecord(const std::string& path) {
-  if (path.empty()) return std::optional<RecordFile>();
-  Result<RecordFile> file = RecordFile::Create(path);
-  if (!file.ok()) return file.error();
-  return std::optional<RecordFile>(std::move(file.value()));
-}
-
-Result<ScriptedAnswers> ReadAnswers(const std::string& path) {
-  if (path.empty()) return ScriptedAnswers();
-  const Result<std::string> contents = ReadHostFile(path);
-  if (!contents.ok()) return contents.error();
-  return ParseAnswers(contents.value());
-}
-
-/// True when questions are answered beforehand, not by a person.
-bool IsScripted(const CommandLine& line) { return line.unattended || !line.answers.empty(); }
-
-/// Runs the package over the opened machine through `window`.
-ExitCode RunPackage(const CommandLine& line, const PrefixMachine& machine, UpdateWindow& window,
-                    RunObserver& observer) {
-  frmZentUpdate form(machine.platform(), window, observer, {.strict = line.strict},
-                     machine.package());
-  window.Run(form);
-  return ExitCodeOf(form.result(), form.run().state.RebootComputer, form.run().WorstOutcome(),
-                    line.detailed_exitcode);
-}
-
-ExitCode RunThroughWindow(const CommandLine& line, const PrefixMachine& machine,
-                          UpdateWindow& screen, ScriptedAnswers answers, RunObserver& observer) {
-  if (!IsScripted(line)) return RunPackage(line, machine, screen, observer);
-
-  ScriptWindow script(screen, std::move(answers), line.retries);
-  const ExitCode code = RunPackage(line, machine, script, observer);
-  for (const std::string& complaint : script.complaints()) Complain(code, complaint);
-  return code;
-}
-
-/// The window that the command line chooses; null when it is not to be had.
-std::unique_ptr<UpdateWindow> MakeScreen(const CommandLine& line) {
-  if (line.window != WindowChoice::Console) {
-    std::unique_ptr<UpdateWindow> window = MakeGraphicalWindow();
-    if (window != nullptr || line.window == WindowChoice::Window) return window;
+/// This system: the machine is a folder, words go to the terminal.
+class LinuxHost final : public ProgramHost {
+ public:
+  ProgramTexts Texts() override {
+    return {.parts = "machine: Wine prefix; " + WindowPart(),
+            .default_package = "the current folder"};
   }
-  const bool interactive = !IsScripted(line) && ::isatty(STDIN_FILENO) != 0;
-  return std::make_unique<ConsoleWindow>(STDIN_FILENO, std::cout, interactive);
-}
+  std::optional<Refusal> OpenMachine(const CommandLine& line) override;
+  const Platform& platform() override { return machine_->platform(); }
+  const std::string& package() override { return machine_->package(); }
+  std::string ShownPackage() override { return package_.string(); }
+  std::unique_ptr<UpdateWindow> MakeScreen(WindowChoice choice, bool scripted) override;
+  void Show(const std::string& text) override { std::cout << text; }
+  void Complain(const std::string& text) override { std::cerr << "zentupdate: " << text << "\n"; }
+  std::ostream* Notes() override { return &std::cerr; }
 
-ExitCode Run(const CommandLine& line) {
-  Result<ScriptedAnswers> answers = ReadAnswers(line.answers);
-  if (!answers.ok()) {
-    return Complain(ExitCode::WrongCommandLine, line.answers + ": " + answers.error().description);
-  }
-  const std::filesystem::path package =
-      std::filesystem::absolute(line.package.empty() ? "." : line.package);
-  if (!std::filesystem::is_directory(package)) {
-    return Complain(ExitCode::NoPackage, "no package folder: " + package.string());
+ private:
+  std::filesystem::path package_;
+  std::unique_ptr<DesktopWindows> windows_;
+  std::unique_ptr<PrefixMachine> machine_;
+  PosixConsoleInput input_{STDIN_FILENO};
+};
+
+std::optional<Refusal> LinuxHost::OpenMachine(const CommandLine& line) {
+  package_ = std::filesystem::absolute(line.package.empty() ? "." : line.package);
+  if (!std::filesystem::is_directory(package_)) {
+    return Refusal{ExitCode::NoPackage, "no package folder: " + package_.string()};
   }
   const std::filesystem::path folder = MachineFolder(line);
   if (folder.empty()) {
-    return Complain(ExitCode::WrongCommandLine, "no machine: use --machine, or set WINEPREFIX");
+    return Refusal{ExitCode::WrongCommandLine, "no machine: use --machine, or set WINEPREFIX"};
   }
-  const std::unique_ptr<DesktopWindows> windows = MakeDesktopWindows();
-  const Result<std::unique_ptr<PrefixMachine>> machine =
+  windows_ = MakeDesktopWindows();
+  Result<std::unique_ptr<PrefixMachine>> machine =
       PrefixMachine::Open({.folder = folder,
-                           .package = package,
+                           .package = package_,
                            .follow_profile_links = line.follow_profile_links,
                            .path_list = Environment("PATH"),
-                           .windows = windows.get()});
+                           .windows = windows_.get()});
   if (!machine.ok()) {
-    return Complain(CodeOfMachineError(machine.error()), "machine: " + machine.error().description);
+    return Refusal{CodeOfMachineError(machine.error()), "machine: " + machine.error().description};
   }
-  const Result<std::unique_ptr<File>> list =
-      machine.value()->platform().files.OpenForReading("ZentUpdate.ini");
-  if (!list.ok()) {
-    return Complain(ExitCode::NoPackage, "no package in " + package.string() +
-                                             ": ZentUpdate.ini: " + list.error().description);
-  }
-  Result<std::optional<RecordFile>> log = OpenRecord(line.log);
-  if (!log.ok()) return Complain(ExitCode::WrongCommandLine, log.error().description);
-  Result<std::optional<RecordFile>> events = OpenRecord(line.events);
-  if (!events.ok()) return Complain(ExitCode::WrongCommandLine, events.error().description);
+  machine_ = std::move(machine.value());
+  return std::nullopt;
+}
 
-  const std::unique_ptr<UpdateWindow> screen = MakeScreen(line);
-  if (screen == nullptr) {
-    return Complain(ExitCode::WrongCommandLine,
-                    "no desktop for a window here (" + WindowPart() + "); use --console");
+std::unique_ptr<UpdateWindow> LinuxHost::MakeScreen(WindowChoice choice, bool scripted) {
+  if (choice != WindowChoice::Console) {
+    std::unique_ptr<UpdateWindow> window = MakeGraphicalWindow();
+    if (window != nullptr || choice == WindowChoice::Window) return window;
   }
-  RunRecorder recorder(std::move(log.value()), std::move(events.value()),
-                       IsScripted(line) ? &std::cerr : nullptr);
-  return RunThroughWindow(line, *machine.value(), *screen, std::move(answers.value()), recorder);
+  const bool interactive = !scripted && ::isatty(STDIN_FILENO) != 0;
+  return std::make_unique<ConsoleWindow>(input_, std::cout, interactive);
 }
 
 ExitCode Main(int argc, const char* const* argv) {
   // A terminal that goes away must not end a run half-way.
   std::signal(SIGPIPE, SIG_IGN);  // NOLINT(cert-err33-c): there is nothing to do about it
-  const auto parsed = ParseCommandLine(argc, argv, "machine: Wine prefix; " + WindowPart());
-  if (const auto* const end = std::get_if<CommandLineEnd>(&parsed)) {
-    (end->wrong ? std::cerr : std::cout) << end->text;
-    return end->wrong ? ExitCode::WrongCommandLine : ExitCode::Success;
-  }
-  return Run(std::get<CommandLine>(parsed));
+  LinuxHost host;
+  return RunProgram(host, argc, argv);
 }
 
 }  // namespace

@@ -8,7 +8,6 @@
 
 #include "base/Text.h"
 #include "ui/Answers.h"
-#include "ui/console/HiddenInput.h"
 #include "ui/console/TerminalText.h"
 
 namespace zent {
@@ -59,10 +58,22 @@ std::optional<Answer> AnswerOf(std::string_view line, BoxButtons buttons) {
   return found->answer;
 }
 
+/// Keeps what is typed from being shown, as long as it lives.
+class HiddenTyping {
+ public:
+  explicit HiddenTyping(ConsoleInput& input) : input_(input) { input_.HideTyping(); }
+  HiddenTyping(const HiddenTyping&) = delete;
+  HiddenTyping& operator=(const HiddenTyping&) = delete;
+  ~HiddenTyping() { input_.ShowTyping(); }
+
+ private:
+  ConsoleInput& input_;
+};
+
 }  // namespace
 
-ConsoleWindow::ConsoleWindow(int input, std::ostream& output, bool interactive)
-    : lines_(input), input_(input), output_(output), interactive_(interactive) {}
+ConsoleWindow::ConsoleWindow(ConsoleInput& input, std::ostream& output, bool interactive)
+    : input_(input), output_(output), interactive_(interactive) {}
 
 void ConsoleWindow::Run(WindowEvents& events) {
   events_ = &events;
@@ -94,8 +105,8 @@ Answer ConsoleWindow::Ask(const MessageQuestion& question) {
   PrintLines(question.title, question.text);
   for (int tries = 1;; ++tries) {
     Print(PromptOf(question.buttons));
-    const LineReader::Reading reading = lines_.Next(std::nullopt);
-    if (reading.state != LineReader::State::Line) break;
+    const ConsoleInput::Reading reading = input_.Next(std::nullopt);
+    if (reading.state != ConsoleInput::State::Line) break;
     ShowTyped(reading.line);
     if (const auto answer = AnswerOf(reading.line, question.buttons)) return *answer;
     if (!interactive_ && tries == kTriesWithoutTerminal) break;
@@ -106,18 +117,18 @@ Answer ConsoleWindow::Ask(const MessageQuestion& question) {
 
 std::optional<std::string> ConsoleWindow::AskText(const InputQuestion& question) {
   PrintLines(question.title, question.prompt);
-  LineReader::Reading reading;
+  ConsoleInput::Reading reading;
   if (question.hidden) {
-    const HiddenInput hidden(input_);
+    const HiddenTyping hidden(input_);
     Print("> ");
-    reading = lines_.Next(std::nullopt, hidden.interrupt());
+    reading = input_.Next(std::nullopt);
     Print("\n");
   } else {
     Print("> ");
-    reading = lines_.Next(std::nullopt);
-    if (reading.state == LineReader::State::Line) ShowTyped(reading.line);
+    reading = input_.Next(std::nullopt);
+    if (reading.state == ConsoleInput::State::Line) ShowTyped(reading.line);
   }
-  if (reading.state == LineReader::State::Line) return reading.line;
+  if (reading.state == ConsoleInput::State::Line) return reading.line;
   BeginLine();
   return std::nullopt;
 }
@@ -128,10 +139,10 @@ void ConsoleWindow::ProcessEvents(std::chrono::milliseconds wait) {
     return;
   }
   if (hint_due_) PrintHint();
-  const LineReader::Reading reading = lines_.Next(wait);
-  if (reading.state == LineReader::State::End) {
+  const ConsoleInput::Reading reading = input_.Next(wait);
+  if (reading.state == ConsoleInput::State::End) {
     events_->cmdContinue_Click();
-  } else if (reading.state == LineReader::State::Line) {
+  } else if (reading.state == ConsoleInput::State::Line) {
     if (interactive_) at_line_start_ = true;
     HandleWaitLine(WordOf(reading.line));
   }

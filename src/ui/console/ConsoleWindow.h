@@ -4,7 +4,7 @@
 #include <string>
 
 #include "ui/UpdateWindow.h"
-#include "ui/console/LineReader.h"
+#include "ui/console/ConsoleInput.h"
 
 namespace zent {
 
@@ -15,11 +15,11 @@ namespace zent {
 /// Where the input ends, questions get their safe answer and a wait for Continue goes on.
 class ConsoleWindow : public UpdateWindow {
  public:
-  /// Reads from the descriptor `input`, writes UTF-8 to `output`; owns neither. `interactive` says
+  /// Reads from `input`, writes UTF-8 to `output`; owns neither. `interactive` says
   /// that a person types at a terminal that shows what is typed. Without it each answer is shown
   /// behind its question (hidden input never), and a question or wait that gets ten lines without
   /// an answer to it takes the safe one or goes on, so that an endless input does not keep the run.
-  ConsoleWindow(int input, std::ostream& output, bool interactive);
+  ConsoleWindow(ConsoleInput& input, std::ostream& output, bool interactive);
 
   void Run(WindowEvents& events) override;
   void Close() override {}
@@ -46,8 +46,7 @@ class ConsoleWindow : public UpdateWindow {
   void ShowTyped(std::string_view line);
   void HandleWaitLine(const std::string& line);
 
-  LineReader lines_;
-  int input_;
+  ConsoleInput& input_;
   std::ostream& output_;
   bool interactive_;
   WindowEvents* events_ = nullptr;  ///< only during Run

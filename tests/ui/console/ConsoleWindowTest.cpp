@@ -5,7 +5,7 @@
 
 #include "contracts/UpdateWindowContract.h"
 #include "ui/console/ConsoleWindow.h"
-#include "ui/console/InputPipe.h"
+#include "ui/console/TypedInput.h"
 
 namespace zent {
 namespace {
@@ -13,16 +13,16 @@ namespace {
 using std::chrono::milliseconds;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
-using testing::InputPipe;
 using testing::RecordingEvents;
+using testing::TypedInput;
 
 /// The window with an input that has ended.
 struct EndedConsole {
   UpdateWindow& window() { return console; }
   std::string shown() const { return output.str(); }
-  InputPipe input{""};
+  TypedInput input{""};
   std::ostringstream output;
-  ConsoleWindow console{input.fd(), output, true};
+  ConsoleWindow console{input, output, true};
 };
 
 }  // namespace
@@ -65,18 +65,18 @@ TEST(ConsoleWindow, TakesWordsAndInitialsForAnswers) {
   for (const bool interactive : {true, false}) {
     for (const AnswerCase& row : kAnswerCases) {
       SCOPED_TRACE(row.what);
-      const InputPipe input(row.typed);
+      TypedInput input(row.typed);
       std::ostringstream output;
-      ConsoleWindow window(input.fd(), output, interactive);
+      ConsoleWindow window(input, output, interactive);
       EXPECT_EQ(window.Ask({.title = "T", .text = "t", .buttons = row.buttons}), row.answer);
     }
   }
 }
 
 TEST(ConsoleWindow, ShowsTitleTextAndChoices) {
-  const InputPipe input("x\nr\n\nn\n");
+  TypedInput input("x\nr\n\nn\n");
   std::ostringstream output;
-  ConsoleWindow window(input.fd(), output, true);
+  ConsoleWindow window(input, output, true);
 
   window.Ask({.title = "Korvo", .text = "In use.\r\nRetry?", .buttons = BoxButtons::RetryCancel});
   window.Ask({.title = "Korvo", .text = "Done.\r\n"});
@@ -89,9 +89,9 @@ TEST(ConsoleWindow, ShowsTitleTextAndChoices) {
 }
 
 TEST(ConsoleWindow, ShowsTheAnswersThatNoTerminalShows) {
-  const InputPipe input("\x1B[2J\nretry\nsome text\nsecret\n");
+  TypedInput input("\x1B[2J\nretry\nsome text\nsecret\n");
   std::ostringstream output;
-  ConsoleWindow window(input.fd(), output, false);
+  ConsoleWindow window(input, output, false);
 
   window.Ask({.title = "T", .text = "a", .buttons = BoxButtons::RetryCancel});
   EXPECT_EQ(window.AskText({.title = "T", .prompt = "b"}), "some text");
@@ -106,9 +106,9 @@ TEST(ConsoleWindow, ShowsTheAnswersThatNoTerminalShows) {
 TEST(ConsoleWindow, AnEndlessInputThatAnswersNothingIsGivenUp) {
   std::string lines;
   for (int i = 0; i < 11; ++i) lines += "what?\n";
-  const InputPipe input(lines + "yes\n");
+  TypedInput input(lines + "yes\n");
   std::ostringstream output;
-  ConsoleWindow window(input.fd(), output, false);
+  ConsoleWindow window(input, output, false);
 
   EXPECT_EQ(window.Ask({.title = "T", .text = "t", .buttons = BoxButtons::YesNo}), Answer::No);
 
@@ -119,9 +119,9 @@ TEST(ConsoleWindow, AnEndlessInputThatAnswersNothingIsGivenUp) {
 TEST(ConsoleWindow, APersonMayMistypeAsOftenAsTheyLike) {
   std::string lines;
   for (int i = 0; i < 50; ++i) lines += "what?\n";
-  const InputPipe input(lines + "yes\n");
+  TypedInput input(lines + "yes\n");
   std::ostringstream output;
-  ConsoleWindow window(input.fd(), output, true);
+  ConsoleWindow window(input, output, true);
   EXPECT_EQ(window.Ask({.title = "T", .text = "t", .buttons = BoxButtons::YesNo}), Answer::Yes);
 }
 
@@ -145,18 +145,18 @@ TEST(ConsoleWindow, AsksForALineOfText) {
   for (const bool hidden : {false, true}) {
     for (const InputCase& row : kInputCases) {
       SCOPED_TRACE(row.what);
-      const InputPipe input(row.typed);
+      TypedInput input(row.typed);
       std::ostringstream output;
-      ConsoleWindow window(input.fd(), output, false);
+      ConsoleWindow window(input, output, false);
       EXPECT_EQ(window.AskText({.title = "T", .prompt = "p", .hidden = hidden}), row.text);
     }
   }
 }
 
 TEST(ConsoleWindow, PrintsMessagesWithoutTheirControls) {
-  const InputPipe input("");
+  TypedInput input("");
   std::ostringstream output;
-  ConsoleWindow window(input.fd(), output, true);
+  ConsoleWindow window(input, output, true);
 
   window.SetTitle("Korvo\x1B]0;hacked\x07 Update");
   window.SetTitle("Korvo\x1B]0;hacked\x07 Update");
@@ -171,9 +171,9 @@ TEST(ConsoleWindow, PrintsMessagesWithoutTheirControls) {
 }
 
 TEST(ConsoleWindow, BoxesObeyNoControlsEither) {
-  const InputPipe input("");
+  TypedInput input("");
   std::ostringstream output;
-  ConsoleWindow window(input.fd(), output, true);
+  ConsoleWindow window(input, output, true);
   window.Ask({.title = "\x1B[1m", .text = "\x1B[2m", .buttons = BoxButtons::YesNo});
   window.AskText({.title = "\x1B[3m", .prompt = "\x1B[4m", .hidden = true});
   EXPECT_EQ(output.str().find('\x1B'), std::string::npos);
@@ -203,9 +203,9 @@ const WaitCase kWaitCases[] = {
 TEST(ConsoleWindow, WaitsForContinue) {
   for (const WaitCase& row : kWaitCases) {
     SCOPED_TRACE(row.what);
-    const InputPipe input(row.typed);
+    TypedInput input(row.typed);
     std::ostringstream output;
-    ConsoleWindow window(input.fd(), output, true);
+    ConsoleWindow window(input, output, true);
     RecordingEvents events([&] {
       window.EnableButton(WindowButton::Install360, row.can_install);
       window.EnableButton(WindowButton::Continue, true);
@@ -219,9 +219,9 @@ TEST(ConsoleWindow, WaitsForContinue) {
 }
 
 TEST(ConsoleWindow, TellsHowToContinue) {
-  const InputPipe input("\nwhat?\n");
+  TypedInput input("\nwhat?\n");
   std::ostringstream output;
-  ConsoleWindow window(input.fd(), output, true);
+  ConsoleWindow window(input, output, true);
   RecordingEvents events([&] {
     window.EnableButton(WindowButton::Continue, true);
     window.EnableButton(WindowButton::Install360, true);
@@ -242,9 +242,9 @@ TEST(ConsoleWindow, TellsHowToContinue) {
 }
 
 TEST(ConsoleWindow, WaitsOnlyAsLongAsAsked) {
-  InputPipe input;
+  TypedInput input;
   std::ostringstream output;
-  ConsoleWindow window(input.fd(), output, true);
+  ConsoleWindow window(input, output, true);
   RecordingEvents events([&] {
     const auto start = std::chrono::steady_clock::now();
     window.ProcessEvents(milliseconds(20));
@@ -259,9 +259,9 @@ TEST(ConsoleWindow, WaitsOnlyAsLongAsAsked) {
 }
 
 TEST(ConsoleWindow, LeavesTheInputToTheNextQuestion) {
-  const InputPipe input("yes\n");
+  TypedInput input("yes\n");
   std::ostringstream output;
-  ConsoleWindow window(input.fd(), output, true);
+  ConsoleWindow window(input, output, true);
   RecordingEvents events([&] {
     window.ProcessEvents(milliseconds(5));
     EXPECT_EQ(window.Ask({.title = "T", .text = "t", .buttons = BoxButtons::YesNo}), Answer::Yes);
@@ -273,9 +273,9 @@ TEST(ConsoleWindow, LeavesTheInputToTheNextQuestion) {
 TEST(ConsoleWindow, AnEndlessInputThatDoesNotContinueIsGivenUp) {
   std::string lines;
   for (int i = 0; i < 50; ++i) lines += "i\n";
-  const InputPipe input(lines);
+  TypedInput input(lines);
   std::ostringstream output;
-  ConsoleWindow window(input.fd(), output, false);
+  ConsoleWindow window(input, output, false);
   RecordingEvents events([&] {
     window.EnableButton(WindowButton::Continue, true);
     window.EnableButton(WindowButton::Install360, true);
@@ -287,9 +287,9 @@ TEST(ConsoleWindow, AnEndlessInputThatDoesNotContinueIsGivenUp) {
 }
 
 TEST(ConsoleWindow, RaisesNothingOutsideOfARun) {
-  const InputPipe input("\n");
+  TypedInput input("\n");
   std::ostringstream output;
-  ConsoleWindow window(input.fd(), output, true);
+  ConsoleWindow window(input, output, true);
   window.EnableButton(WindowButton::Continue, true);
   window.ProcessEvents(milliseconds(0));
   EXPECT_EQ(output.str(), "");

@@ -4,8 +4,8 @@
 #include <thread>
 #include <vector>
 
-#include "ui/console/InputPipe.h"
-#include "ui/console/LineReader.h"
+#include "ui/console/posix/InputPipe.h"
+#include "ui/console/posix/LineReader.h"
 
 namespace zent {
 namespace {

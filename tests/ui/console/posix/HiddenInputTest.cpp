@@ -14,8 +14,9 @@
 #include <thread>
 
 #include "ui/console/ConsoleWindow.h"
-#include "ui/console/HiddenInput.h"
-#include "ui/console/InputPipe.h"
+#include "ui/console/posix/HiddenInput.h"
+#include "ui/console/posix/InputPipe.h"
+#include "ui/console/posix/PosixConsoleInput.h"
 
 namespace zent {
 namespace {
@@ -88,7 +89,8 @@ TEST(HiddenInput, KeepsATerminalFromShowingWhatIsTyped) {
     SCOPED_TRACE(row.what);
     const PseudoTerminal terminal;
     std::ostringstream output;
-    ConsoleWindow window(terminal.program(), output, true);
+    PosixConsoleInput input(terminal.program());
+    ConsoleWindow window(input, output, true);
     std::optional<std::string> text = "unset";
     std::thread asking(
         [&] { text = window.AskText({.title = "Login", .prompt = "Password:", .hidden = true}); });
@@ -145,8 +147,8 @@ Outcome LeadSession(const PseudoTerminal& terminal, const SignalCase& row) {
   const pid_t program = ::fork();
   if (program == 0) {
     std::ostringstream output;
-    ConsoleWindow(terminal.program(), output, true)
-        .AskText({.title = "T", .prompt = "?", .hidden = true});
+    PosixConsoleInput input(terminal.program());
+    ConsoleWindow(input, output, true).AskText({.title = "T", .prompt = "?", .hidden = true});
     ::_exit(0);
   }
   ::signal(SIGINT, SIG_IGN);

@@ -1,4 +1,4 @@
-#include "ui/console/LineReader.h"
+#include "ui/console/posix/LineReader.h"
 
 #include <poll.h>
 #include <unistd.h>
@@ -15,7 +15,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::size_t kLongestLine = std::size_t{64} << 10U;
 /// No caller waits as long; keeps the sum with the present time within its range.
 constexpr std::chrono::milliseconds kLongestWait = std::chrono::hours(24);
 
@@ -32,7 +31,7 @@ LineReader::Reading LineReader::Next(std::optional<std::chrono::milliseconds> wa
   std::optional<Clock::time_point> end;
   if (wait) end = Clock::now() + std::min(*wait, kLongestWait);
   for (;;) {
-    if (auto line = TakeLine()) return {State::Line, *std::move(line)};
+    if (auto line = lines_.Take()) return {State::Line, *std::move(line)};
     switch (WaitForInput(end, interrupt)) {
       case Arrival::Timeout:
         return {State::Nothing};
@@ -42,27 +41,9 @@ LineReader::Reading LineReader::Next(std::optional<std::chrono::milliseconds> wa
         break;
     }
     if (Fill()) continue;
-    too_long_ = false;
-    if (pending_.empty()) return {State::End};
-    return {State::Line, std::exchange(pending_, {})};
+    auto rest = lines_.TakeRest();
+    return rest ? Reading{State::Line, *std::move(rest)} : Reading{State::End};
   }
-}
-
-/// Takes the first whole line off what was read.
-std::optional<std::string> LineReader::TakeLine() {
-  const std::size_t end = pending_.find('\n');
-  if (end == std::string::npos) {
-    if (pending_.size() > kLongestLine) {
-      pending_.resize(kLongestLine);
-      too_long_ = true;
-    }
-    return std::nullopt;
-  }
-  std::string line = pending_.substr(0, std::min(end, kLongestLine));
-  pending_.erase(0, end + 1);
-  too_long_ = false;
-  if (!line.empty() && line.back() == '\r') line.pop_back();
-  return line;
 }
 
 LineReader::Arrival LineReader::WaitForInput(std::optional<Clock::time_point> end,
@@ -81,10 +62,7 @@ bool LineReader::Fill() {
   std::array<char, 4096> bytes = {};
   const ssize_t count = ::read(fd_, bytes.data(), bytes.size());
   if (count < 0) return errno == EINTR || errno == EAGAIN;
-  std::string_view read(bytes.data(), static_cast<std::size_t>(count));
-  // Of a line that is too long only its end matters.
-  if (too_long_) read.remove_prefix(std::min(read.find('\n'), read.size()));
-  pending_.append(read);
+  lines_.Append({bytes.data(), static_cast<std::size_t>(count)});
   return count > 0;
 }
 

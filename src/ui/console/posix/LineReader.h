@@ -2,23 +2,17 @@
 
 #include <chrono>
 #include <optional>
-#include <string>
+
+#include "ui/console/ConsoleInput.h"
+#include "ui/console/LineBuffer.h"
 
 namespace zent {
 
 /// Lines of a terminal, pipe or file, read no further than needed.
 class LineReader {
  public:
-  enum class State {
-    Line,       ///< `line` holds it, without its end
-    End,        ///< nothing comes any more (a terminal may go on after its end-of-file key)
-    Nothing,    ///< no whole line within the time
-    Interrupt,  ///< the other descriptor became readable first
-  };
-  struct Reading {
-    State state = State::Nothing;
-    std::string line = {};
-  };
+  using State = ConsoleInput::State;
+  using Reading = ConsoleInput::Reading;
 
   /// Does not own `fd`.
   explicit LineReader(int fd) : fd_(fd) {}
@@ -31,14 +25,12 @@ class LineReader {
  private:
   enum class Arrival { Input, Timeout, Interrupt };
 
-  std::optional<std::string> TakeLine();
   Arrival WaitForInput(std::optional<std::chrono::steady_clock::time_point> end,
                        int interrupt) const;
   bool Fill();
 
   int fd_;
-  std::string pending_;    ///< read, and not yet handed out
-  bool too_long_ = false;  ///< the rest of the present line is dropped
+  LineBuffer lines_;
 };
 
 }  // namespace zent

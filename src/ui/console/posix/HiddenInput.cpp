@@ -1,4 +1,4 @@
-#include "ui/console/HiddenInput.h"
+#include "ui/console/posix/HiddenInput.h"
 
 #include <sys/signalfd.h>
 #include <termios.h>
