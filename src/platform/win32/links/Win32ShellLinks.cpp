@@ -1,0 +1,79 @@
+#include "platform/win32/links/Win32ShellLinks.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <cctype>
+#include <string>
+
+#include "platform/win32/AnsiText.h"
+#include "platform/win32/FileChecks.h"
+#include "platform/win32/UniqueHandle.h"
+#include "platform/win32/Win32Errors.h"
+#include "platform/win32/links/LinkFile.h"
+
+namespace zent {
+namespace {
+
+// The link's file counts texts in 16 bits, some shells with a NUL behind them.
+constexpr std::size_t kLongestArguments = 0xFFFE;
+
+bool IsDrivePath(std::string_view path) {
+  return path.size() >= 3 && std::isalpha(static_cast<unsigned char>(path[0])) != 0 &&
+         path[1] == ':' && path[2] == '\\';
+}
+
+Result<LinkTexts> TextsOf(const ShellLink& link) {
+  std::string target = link.target;
+  std::replace(target.begin(), target.end(), '/', '\\');
+  const Result<std::string> ansi_target = AnsiOf(target);
+  const Result<std::string> arguments = AnsiOf(link.arguments);
+  const Result<std::string> folder = AnsiOf(link.working_folder);
+  const bool fits = IsDrivePath(target) && ansi_target.ok() && arguments.ok() && folder.ok() &&
+                    ansi_target.value().size() < MAX_PATH && folder.value().size() < MAX_PATH &&
+                    arguments.value().size() <= kLongestArguments;
+  if (!fits) return StandardError(kBadFileName);
+  return LinkTexts{ansi_target.value(), arguments.value(), folder.value()};
+}
+
+/// A name beside `link_file` that nothing else has.
+std::string SiblingOf(std::string_view link_file) {
+  const std::size_t folder = link_file.find_last_of(R"(\/:)") + 1;
+  return std::string(link_file.substr(0, folder)) + ".zent-" +
+         std::to_string(GetCurrentProcessId()) + "-link.tmp";
+}
+
+/// Puts the whole file `sibling` in the place of `path`; both in ANSI.
+Status PutInPlace(const std::string& sibling, const std::string& path) {
+  const DWORD attributes = GetFileAttributesA(path.c_str());
+  {
+    const UniqueHandle file(
+        CreateFileA(sibling.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    if (!file.ok() || FlushFileBuffers(file.get()) == FALSE) return LastError();
+  }
+  if (attributes != INVALID_FILE_ATTRIBUTES) SetFileAttributesA(sibling.c_str(), attributes);
+  constexpr DWORD kReplace = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+  if (MoveFileExA(sibling.c_str(), path.c_str(), kReplace) == FALSE) return LastError();
+  return {};
+}
+
+}  // namespace
+
+Status Win32ShellLinks::Create(std::string_view link_file, const ShellLink& link) {
+  const Result<LinkTexts> texts = TextsOf(link);
+  if (!texts.ok()) return texts.error();
+  const Result<std::string> path = AnsiOf(link_file);
+  if (!path.ok()) return path.error();
+  Status replaceable = CheckFile(path.value(), GENERIC_WRITE | DELETE);
+  if (!replaceable.ok() && replaceable.number() != kFileNotFound) return replaceable;
+
+  const std::string sibling = SiblingOf(link_file);
+  const Result<std::string> ansi_sibling = AnsiOf(sibling);
+  if (!ansi_sibling.ok()) return ansi_sibling.error();
+  Status done = SaveLinkFile(texts.value(), sibling);
+  if (done.ok()) done = PutInPlace(ansi_sibling.value(), path.value());
+  if (!done.ok()) DeleteFileA(ansi_sibling.value().c_str());
+  return done;
+}
+
+}  // namespace zent
