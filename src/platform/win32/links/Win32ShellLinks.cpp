@@ -10,6 +10,8 @@
 #include "platform/win32/FileChecks.h"
 #include "platform/win32/UniqueHandle.h"
 #include "platform/win32/Win32Errors.h"
+#include "platform/win32/files/FilePath.h"
+#include "platform/win32/files/SiblingName.h"
 #include "platform/win32/links/LinkFile.h"
 
 namespace zent {
@@ -36,11 +38,12 @@ Result<LinkTexts> TextsOf(const ShellLink& link) {
   return LinkTexts{ansi_target.value(), arguments.value(), folder.value()};
 }
 
-/// A name beside `link_file` that nothing else has.
-std::string SiblingOf(std::string_view link_file) {
-  const std::size_t folder = link_file.find_last_of(R"(\/:)") + 1;
-  return std::string(link_file.substr(0, folder)) + ".zent-" +
-         std::to_string(GetCurrentProcessId()) + "-link.tmp";
+Result<FilePath> PlaceOf(std::string_view link_file) {
+  std::string text(link_file);
+  std::replace(text.begin(), text.end(), '/', '\\');
+  const Result<std::string> ansi = AnsiOf(text);
+  if (!ansi.ok()) return ansi.error();
+  return FilePath{text, ansi.value()};
 }
 
 /// Puts the whole file `sibling` in the place of `path`; both in ANSI.
@@ -62,16 +65,18 @@ Status PutInPlace(const std::string& sibling, const std::string& path) {
 Status Win32ShellLinks::Create(std::string_view link_file, const ShellLink& link) {
   const Result<LinkTexts> texts = TextsOf(link);
   if (!texts.ok()) return texts.error();
-  const Result<std::string> path = AnsiOf(link_file);
-  if (!path.ok()) return path.error();
-  Status replaceable = CheckFile(path.value(), GENERIC_WRITE | DELETE);
+  const Result<FilePath> place = PlaceOf(link_file);
+  if (!place.ok()) return place.error();
+  Status replaceable = CheckFile(place.value().ansi, GENERIC_WRITE | DELETE);
   if (!replaceable.ok() && replaceable.number() != kFileNotFound) return replaceable;
 
-  const std::string sibling = SiblingOf(link_file);
+  left_siblings_.RemoveBeside(place.value());
+  const std::string sibling =
+      std::string(place.value().folder()) + SiblingName(GetCurrentProcessId(), 0);
   const Result<std::string> ansi_sibling = AnsiOf(sibling);
   if (!ansi_sibling.ok()) return ansi_sibling.error();
   Status done = SaveLinkFile(texts.value(), sibling);
-  if (done.ok()) done = PutInPlace(ansi_sibling.value(), path.value());
+  if (done.ok()) done = PutInPlace(ansi_sibling.value(), place.value().ansi);
   if (!done.ok()) DeleteFileA(ansi_sibling.value().c_str());
   return done;
 }

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "platform/ShellLinks.h"
+#include "platform/win32/files/Sibling.h"
 
 namespace zent {
 
@@ -13,6 +14,9 @@ namespace zent {
 class Win32ShellLinks : public ShellLinks {
  public:
   Status Create(std::string_view link_file, const ShellLink& link) override;
+
+ private:
+  LeftSiblings left_siblings_;
 };
 
 }  // namespace zent

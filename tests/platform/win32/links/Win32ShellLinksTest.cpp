@@ -165,8 +165,17 @@ TEST_F(Win32Links, LeaveNoOtherFile) {
   ASSERT_TRUE(Create("a.lnk").ok());
   ASSERT_TRUE(Create("a.lnk").ok());
   ASSERT_TRUE(links().Create(PathOf("K") + "\u00e4se \u20ac.lnk", {.target = kTarget}).ok());
-  EXPECT_EQ(Names().size(), 2U);
+  std::string slashed = PathOf("c.lnk");
+  for (char& c : slashed) c = c == '\\' ? '/' : c;
+  ASSERT_TRUE(links().Create(slashed, {.target = kTarget}).ok());
+  EXPECT_EQ(Names().size(), 3U);
   EXPECT_EQ(Read("a.lnk").path, kTarget);
+}
+
+TEST_F(Win32Links, RemoveWhatAKilledRunLeftBesideThem) {
+  Put(".zent-4000000001-0.tmp", "half");
+  ASSERT_TRUE(Create("a.lnk").ok());
+  EXPECT_THAT(Names(), ::testing::ElementsAre("a.lnk"));
 }
 
 TEST_F(Win32Links, AHiddenLinkStaysHidden) {
