@@ -86,6 +86,7 @@ std::variant<CommandLine, CommandLineEnd> ParseCommandLine(int argc, const char*
   app.set_version_flag("--version", fmt::format("ZentUpdate {}\n{}", version, texts.parts));
   app.footer(ExitCodeText());
   app.fallthrough();
+  app.allow_windows_style_options(false);  // a path may begin with a slash
   app.add_option("PACKAGE", line.package,
                  "Folder of the update package: the one that holds ZentUpdate.ini\n"
                  "(default: " +

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "platform/win32/SystemFunctions.h"
 #include "ui/win32/AppIcon.h"
 #include "ui/win32/Dpi.h"
-#include "ui/win32/SystemFunctions.h"
 
 namespace zent {
 namespace {

@@ -1,6 +1,6 @@
 #include "ui/win32/ShutdownBlock.h"
 
-#include "ui/win32/SystemFunctions.h"
+#include "platform/win32/SystemFunctions.h"
 
 namespace zent {
 
