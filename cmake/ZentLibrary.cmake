@@ -31,15 +31,15 @@ function(zent_library folder)
   set_tests_properties(layering.${folder} PROPERTIES LABELS layering)
 endfunction()
 
-# zent_windows_test(FOLDER PROGRAM)
+# zent_windows_test(FOLDER PROGRAM LAUNCHER)
 #
-# A test program built for Windows: one CTest test, label `windows`, since each start under Wine costs
-# more than most tests.
-function(zent_windows_test folder program)
+# A test program built for Windows, started by LAUNCHER: one CTest test, label `windows`, since each
+# start under Wine costs more than most tests.
+function(zent_windows_test folder program launcher)
   # Fast to build, and the tests are not what is shipped.
   target_compile_options(${program} PRIVATE -O0)
   add_test(NAME windows.${folder}
-    COMMAND ${ZENT_WINE_RUN} "$<TARGET_FILE:${program}>" --gtest_brief=1)
+    COMMAND ${launcher} "$<TARGET_FILE:${program}>" --gtest_brief=1)
   set_tests_properties(windows.${folder} PROPERTIES LABELS windows FIXTURES_REQUIRED wine)
 endfunction()
 
@@ -65,7 +65,10 @@ function(zent_test folder)
     set(ARG_LABEL unit)
   endif()
   if(WIN32)
-    zent_windows_test(${folder} test_${name})
+    if(NOT ARG_LAUNCHER)
+      set(ARG_LAUNCHER ${ZENT_WINE_RUN})
+    endif()
+    zent_windows_test(${folder} test_${name} "${ARG_LAUNCHER}")
     return()
   endif()
   if(ARG_LAUNCHER)

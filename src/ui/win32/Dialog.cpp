@@ -43,9 +43,9 @@ LONG MiddleOf(LONG from, LONG to, LONG size, LONG low, LONG high) {
 int Dialog::Show(HWND owner, const std::string& title, bool topmost) {
   owner_ = owner;
   title_ = title;
+  topmost_ = topmost;
   EmptyTemplate empty{};
   empty.box.style = WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME | DS_SETFOREGROUND;
-  empty.box.dwExtendedStyle = topmost ? WS_EX_TOPMOST : 0;
   const INT_PTR ended_by = DialogBoxIndirectParamA(GetModuleHandleA(nullptr), &empty.box, owner,
                                                    &Procedure, reinterpret_cast<LPARAM>(this));
   return ended_by > 0 ? static_cast<int>(ended_by) : IDCANCEL;
@@ -121,10 +121,17 @@ void Dialog::Center(SIZE size) const {
   const RECT room = WorkAreaOf(owner_ != nullptr ? owner_ : handle_);
   RECT around = room;
   if (owner_ != nullptr && IsIconic(owner_) == FALSE) GetWindowRect(owner_, &around);
-  SetWindowPos(handle_, nullptr,
+  SetWindowPos(handle_, topmost_ ? HWND_TOPMOST : HWND_TOP,
                MiddleOf(around.left, around.right, size.cx, room.left, room.right),
                MiddleOf(around.top, around.bottom, size.cy, room.top, room.bottom), size.cx,
-               size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
+               size.cy, SWP_NOACTIVATE);
+}
+
+int Dialog::TitleWidth() const {
+  const RECT room = WorkAreaOf(owner_ != nullptr ? owner_ : handle_);
+  constexpr int kIconAndButton = 40;
+  const LONG title = TextSize(fonts_->text(), title_).cx + units().X(kIconAndButton);
+  return static_cast<int>(std::min(title, (room.right - room.left) * 9 / 10));
 }
 
 HWND Dialog::Add(const char* window_class, const std::string& text, DWORD style, int id,

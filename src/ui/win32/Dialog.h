@@ -43,6 +43,8 @@ class Dialog {
   HWND handle() const { return handle_; }
   const Fonts& fonts() const { return *fonts_; }
   DialogUnits units() const { return UnitsOf(fonts_->text()); }
+  /// The width of an inside whose frame shows the whole title, as far as the screen has room.
+  int TitleWidth() const;
 
  private:
   static INT_PTR CALLBACK Procedure(HWND box, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
@@ -55,6 +57,7 @@ class Dialog {
   HWND handle_ = nullptr;
   HWND owner_ = nullptr;
   std::string title_;
+  bool topmost_ = false;
   std::unique_ptr<Fonts> fonts_;
   int dpi_ = 0;
 };

@@ -45,7 +45,7 @@ class InputBox : public Dialog {
   SIZE Arrange() override {
     const DialogUnits unit = units();
     const SIZE prompt = WrappedTextSize(fonts().text(), prompt_, unit.X(kWidest));
-    const int width = std::max(static_cast<int>(prompt.cx), unit.X(kWidth));
+    const int width = std::max({static_cast<int>(prompt.cx), unit.X(kWidth), TitleWidth()});
     const int left = unit.X(kMargin);
     int top = unit.Y(kMargin);
     Place(kPrompt, left, top, width, prompt.cy);

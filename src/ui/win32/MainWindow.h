@@ -72,6 +72,7 @@ class MainWindow {
   LRESULT Default(UINT message, WPARAM wparam, LPARAM lparam) const;
   LRESULT OnCommand(int id, int notification);
   LRESULT OnControlColor(WPARAM wparam, LPARAM lparam);
+  void OnNextControl(WPARAM wparam, bool is_control);
   void OnActivate(bool active);
   void OnDpiChanged(int dpi, const RECT& place);
 

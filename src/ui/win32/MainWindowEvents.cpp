@@ -57,6 +57,9 @@ LRESULT MainWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
       const int id = DefaultButton();
       return id == 0 ? 0 : MAKELRESULT(id, DC_HASDEFID);
     }
+    case WM_NEXTDLGCTL:
+      OnNextControl(wparam, LOWORD(lparam) != 0);
+      return 0;
     case WM_CTLCOLORSTATIC:
       return OnControlColor(wparam, lparam);
     case WM_ACTIVATE:
@@ -121,6 +124,12 @@ LRESULT MainWindow::OnControlColor(WPARAM wparam, LPARAM lparam) {
   SetTextColor(paper, GetSysColor(COLOR_WINDOWTEXT));
   SetBkColor(paper, GetSysColor(COLOR_WINDOW));
   return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW));
+}
+
+void MainWindow::OnNextControl(WPARAM wparam, bool is_control) {
+  const HWND next = is_control ? reinterpret_cast<HWND>(wparam)
+                               : GetNextDlgTabItem(handle_, GetFocus(), wparam != 0 ? TRUE : FALSE);
+  if (next != nullptr) SetFocus(next);
 }
 
 void MainWindow::OnActivate(bool active) {

@@ -57,8 +57,9 @@ Answer AskBox(HWND owner, const MessageQuestion& question) {
   std::replace(text.begin(), text.end(), '\0', '?');  // the system would end the text there
   if (IsLong(text)) return AnswerOf(question.buttons, ShowLongBox(owner, title, text, question));
   UINT flags = FlagsOf(question.buttons) | FlagsOf(question.icon) | MB_SETFOREGROUND;
-  if (question.topmost) flags |= MB_TOPMOST;
-  if (owner == nullptr) flags |= MB_TASKMODAL;
+  // Both mean it; not every system knows the first.
+  if (question.topmost) flags |= MB_TOPMOST | MB_SYSTEMMODAL;
+  if (owner == nullptr && !question.topmost) flags |= MB_TASKMODAL;
   return AnswerOf(question.buttons, MessageBoxA(owner, text.c_str(), title.c_str(), flags));
 }
 
