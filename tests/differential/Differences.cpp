@@ -1,11 +1,13 @@
 #include "differential/Differences.h"
 
+#include <fmt/format.h>
 #include <sys/xattr.h>
 
 #include <algorithm>
 #include <array>
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <regex>
 #include <sstream>
 
 #include "scenarios/compare/Comparable.h"
@@ -59,8 +61,7 @@ void CompareEvents(const Lines& native, const Lines& windows, Lines& found) {
     const std::string one = EventText(native, at);
     const std::string other = EventText(windows, at);
     if (one == other) continue;
-    found.push_back("event " + std::to_string(at + 1) + ": native: " + one +
-                    " | windows: " + other);
+    found.push_back(fmt::format("event {}: native: {} | windows: {}", at + 1, one, other));
   }
 }
 
@@ -127,6 +128,12 @@ std::string KeptAttributes(const fs::path& file) {
 
 }  // namespace
 
+std::string WithoutMoments(const std::string& text) {
+  const std::regex second(R"(\d{4}-\d\d-\d\d \d\d-\d\d-\d\d)");
+  const std::regex program(R"(\(RetVal=[1-9]\d*\))");
+  return std::regex_replace(std::regex_replace(text, second, "SECOND"), program, "(RetVal=N)");
+}
+
 std::map<std::string, std::string> ReadAttributes(const fs::path& prefix) {
   std::map<std::string, std::string> attributes;
   for (const fs::directory_entry& entry : fs::recursive_directory_iterator(prefix / "drive_c")) {
@@ -134,7 +141,7 @@ std::map<std::string, std::string> ReadAttributes(const fs::path& prefix) {
         (entry.status().permissions() & fs::perms::owner_write) != fs::perms::none;
     std::string name = fs::relative(entry.path(), prefix).string();
     if (entry.is_directory()) name += "/";
-    attributes[name] = (writable ? "" : "r") + KeptAttributes(entry.path());
+    attributes[WithoutMoments(name)] = (writable ? "" : "r") + KeptAttributes(entry.path());
   }
   return attributes;
 }

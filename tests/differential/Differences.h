@@ -20,6 +20,10 @@ struct RunEnd {
 /// The attributes of the files below `prefix`/drive_c: "r" read-only, "h" hidden, "s" system.
 std::map<std::string, std::string> ReadAttributes(const std::filesystem::path& prefix);
 
+/// Without what no two runs share: the second at which a copy was made, the number of a started
+/// program.
+std::string WithoutMoments(const std::string& text);
+
 /// Everything in which the end of the Windows run is another one than the native run's, one a line:
 ///   log: only native: TEXT          event 7: native: JSON | windows: JSON
 ///   file: only windows: NAME        file: other contents: NAME

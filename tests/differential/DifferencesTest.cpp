@@ -121,6 +121,17 @@ TEST(DifferencesOf, LeavesOutWhatWineItselfChanges) {
               ElementsAre(R"(user.reg: only windows: wine|"size"="b")"));
 }
 
+TEST(WithoutMoments, KeepsEverythingElse) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"NetUpd 2026-11-21 19-23-24.ini", "NetUpd SECOND.ini"},
+      {"2026-11-21", "2026-11-21"},
+      {"Running a.exe (RetVal=16483)", "Running a.exe (RetVal=N)"},
+      {"Running a.exe (RetVal=0)", "Running a.exe (RetVal=0)"},  // a number that means something
+      {"3.6.0", "3.6.0"},
+  };
+  for (const auto& [text, without] : rows) EXPECT_EQ(WithoutMoments(text), without);
+}
+
 TEST(ReadAttributes, TellsReadOnlyHiddenAndSystem) {
   const TempFolder folder;
   folder.Put("drive_c/plain", "");

@@ -1,5 +1,7 @@
 #include "scenarios/compare/RegistryText.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -42,9 +44,9 @@ bool NextLine(std::istream& lines, std::string& line) {
 /// Keys by the name that they have in a prefix: there the current control set is a link to its
 /// number.
 std::string NameOf(const std::string& heading) {
-  static const std::string kLink = R"(system\\currentcontrolset\\)";
+  const std::string link = R"(system\\currentcontrolset\\)";
   std::string name = Lower(heading.substr(1, heading.rfind(']') - 1));
-  if (name.rfind(kLink, 0) == 0) name.replace(0, kLink.size(), R"(system\\controlset001\\)");
+  if (name.rfind(link, 0) == 0) name.replace(0, link.size(), R"(system\\controlset001\\)");
   return name;
 }
 
@@ -57,7 +59,8 @@ std::map<std::string, std::string> Flat(const RegistryText& text) {
     const auto next = text.keys.upper_bound(name);
     const bool has_keys = next != text.keys.end() && next->first.rfind(name + "\\\\", 0) == 0;
     if (key.values.empty() && !has_keys) flat[name] = "";
-    for (const auto& [value, data] : key.values) flat[name + "|" + value] = "=" + data;
+    for (const auto& [value, data] : key.values)
+      flat[fmt::format("{}|{}", name, value)] = "=" + data;
   }
   return flat;
 }
@@ -120,13 +123,13 @@ std::string RegistryChanges(const RegistryText& before, const RegistryText& afte
     if (found == new_values.end()) {
       // A key that got its first value is not gone.
       if (data.empty() && after.keys.count(name) != 0) continue;
-      changes += "- " + name + data + "\n";
+      changes += fmt::format("- {}{}\n", name, data);
     } else if (found->second != data) {
-      changes += "~ " + name + found->second + "\n";
+      changes += fmt::format("~ {}{}\n", name, found->second);
     }
   }
   for (const auto& [name, data] : new_values) {
-    if (old_values.count(name) == 0) changes += "+ " + name + data + "\n";
+    if (old_values.count(name) == 0) changes += fmt::format("+ {}{}\n", name, data);
   }
   return changes;
 }

@@ -105,20 +105,18 @@ std::vector<std::string> WinePrefix::WithPrefix(std::vector<std::string> command
   return command;
 }
 
-std::vector<std::string> WinePrefix::Command(const std::string& program,
-                                             const std::vector<std::string>& arguments) const {
+ProgramEnd WinePrefix::Run(const std::string& program, const std::vector<std::string>& arguments,
+                           double seconds) const {
   // Services that a program brings up live on and would keep a pipe open: output goes to a file.
-  std::vector<std::string> command =
-      WithPrefix({"/usr/bin/timeout", "-k", "5", "60", "/bin/sh", "-c", "exec \"$@\" >output 2>&1",
-                  "sh", kLoader, program});
+  // Two programs may run at a time.
+  const std::string output = "output-" + std::to_string(runs_++);
+  // The shell and the loader become the program, so that the kill is the program's.
+  std::vector<std::string> command = WithPrefix(
+      {"/usr/bin/timeout", "--foreground", "-s", "KILL", std::to_string(seconds), "/bin/sh", "-c",
+       "output=$1; shift; exec \"$@\" >$output 2>&1", "sh", output, kLoader, program});
   command.insert(command.end(), arguments.begin(), arguments.end());
-  return command;
-}
-
-ProgramEnd WinePrefix::Run(const std::string& program,
-                           const std::vector<std::string>& arguments) const {
-  ProgramEnd end = RunHostProgram(Command(program, arguments), folder_.string());
-  end.output += ReadHostFile(folder_ / "output");
+  ProgramEnd end = RunHostProgram(command, folder_.string());
+  end.output += ReadHostFile(folder_ / output);
   return end;
 }
 

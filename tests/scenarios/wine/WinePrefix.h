@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -40,11 +41,10 @@ class WinePrefix {
   WinePrefix(const WinePrefix&) = delete;
   WinePrefix& operator=(const WinePrefix&) = delete;
 
-  /// What runs a Windows program here, at most a minute. `program` is a path of the host.
-  std::vector<std::string> Command(const std::string& program,
-                                   const std::vector<std::string>& arguments) const;
-  /// Runs it to its end, the exit code's low eight bits as the host sees them.
-  ProgramEnd Run(const std::string& program, const std::vector<std::string>& arguments) const;
+  /// Runs a Windows program to its end; its exit code's low eight bits are what the host sees.
+  /// `program` is a path of the host or of the machine. It is killed after `seconds`.
+  ProgramEnd Run(const std::string& program, const std::vector<std::string>& arguments,
+                 double seconds = 60) const;
   /// Waits until everything in it has ended: then its registry is on the disk.
   void WaitForEnd() const;
   PrefixState State() const;
@@ -56,6 +56,7 @@ class WinePrefix {
 
   std::filesystem::path folder_;
   std::filesystem::path prefix_;
+  mutable std::atomic<int> runs_ = 0;
 };
 
 }  // namespace zent::testing
