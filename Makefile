@@ -2,7 +2,7 @@
 MAKEFLAGS += --no-print-directory
 JOBS ?= $(shell nproc)
 
-.PHONY: all test check-fast windows demo format tidy bench fuzz screenshots clean setup setup-build setup-windows
+.PHONY: all test test-linux test-windows check-fast windows demo format tidy bench fuzz screenshots clean setup setup-build setup-windows
 
 all: setup-build ## build the program into build/bin
 	@cmake --preset linux >/dev/null
@@ -15,12 +15,18 @@ setup-build:
 setup-windows:
 	@scripts/bootstrap windows
 
-test: setup all ## every test: layout, style, units, scenarios; sanitized
+test: test-linux test-windows ## every test: layout, style, units, scenarios, on both systems
+	@scripts/tidy
+
+test-linux: setup all ## the native tests, sanitized
 	@scripts/check-format
 	@cmake --preset linux-asan >/dev/null
 	@cmake --build --preset linux-asan -j $(JOBS)
 	@ctest --preset linux-asan -j $(JOBS)
-	@scripts/tidy
+
+test-windows: setup all windows ## the tests of the Windows program, under Wine
+	@cmake --build --preset windows-x64 -j $(JOBS)
+	@ctest --preset windows-x64 -j $(JOBS)
 
 check-fast: setup ## a developer's loop: build, and the tests but for the slow and the window's
 	@cmake --preset linux-asan >/dev/null
