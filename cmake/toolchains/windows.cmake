@@ -1,9 +1,8 @@
 # Cross-building for Windows with Debian's mingw-w64. Included by the file of each processor, which
-# sets `triple`.
+# sets `triple`, and `threads`: the flavour of the C++ library.
 set(CMAKE_SYSTEM_NAME Windows)
-# The flavour with threads of the C++ library; its thread library is linked in statically.
-set(CMAKE_C_COMPILER ${triple}-gcc-posix)
-set(CMAKE_CXX_COMPILER ${triple}-g++-posix)
+set(CMAKE_C_COMPILER ${triple}-gcc-${threads})
+set(CMAKE_CXX_COMPILER ${triple}-g++-${threads})
 set(CMAKE_RC_COMPILER ${triple}-windres)
 # One file that needs no run-time library beside it.
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
