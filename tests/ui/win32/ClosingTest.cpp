@@ -57,7 +57,7 @@ TEST_F(Win32ClosingTest, AsksFirstAndGoesOnWhenRefused) {
       const auto [title, text] = WhilePerson([&row] {
         row.attempt();
         const HWND box = WaitForBox();
-        const std::pair seen(TextOf(box), TextOf(BoxItem(box, kBoxText)));
+        std::pair seen(TextOf(box), TextOf(BoxItem(box, kBoxText)));
         WaitFor([box] { return FocusOf(box) == BoxItem(box, IDNO); });
         PressKey(BoxItem(box, IDNO), VK_RETURN);
         WaitFor([] { return IsWindowEnabled(FindMain()) != FALSE; });
