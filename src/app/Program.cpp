@@ -1,8 +1,11 @@
 #include "app/Program.h"
 
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "app/HostFile.h"
+#include "app/HostPath.h"
 #include "app/RunRecorder.h"
 #include "driver/frmZentUpdate.h"
 #include "ui/script/ScriptWindow.h"
@@ -17,11 +20,12 @@ struct RunExtras {
   std::optional<RecordFile> events;
 };
 
-/// Opens what a run's record goes to; nothing for an empty path.
-Result<std::optional<RecordFile>> OpenRecord(const std::string& path) {
+/// Opens what a run's record goes to, counted from the caller's folder; nothing for an empty path.
+Result<std::optional<RecordFile>> OpenRecord(const std::filesystem::path& caller,
+                                             const std::string& path) {
   if (path.empty()) return std::optional<RecordFile>();
-  Result<RecordFile> file = RecordFile::Create(path);
-  if (!file.ok()) return file.error();
+  Result<RecordFile> file = RecordFile::Create(TextOf(caller / HostPath(path)));
+  if (!file.ok()) return StandardError(file.error().number, path);
   return std::optional<RecordFile>(std::move(file.value()));
 }
 
@@ -54,10 +58,11 @@ ExitCode RunThroughWindow(ProgramHost& host, const CommandLine& line, UpdateWind
   return code;
 }
 
-std::optional<Refusal> OpenRecords(const CommandLine& line, RunExtras& extras) {
-  Result<std::optional<RecordFile>> log = OpenRecord(line.log);
+std::optional<Refusal> OpenRecords(const std::filesystem::path& caller, const CommandLine& line,
+                                   RunExtras& extras) {
+  Result<std::optional<RecordFile>> log = OpenRecord(caller, line.log);
   if (!log.ok()) return Refusal{ExitCode::WrongCommandLine, log.error().description};
-  Result<std::optional<RecordFile>> events = OpenRecord(line.events);
+  Result<std::optional<RecordFile>> events = OpenRecord(caller, line.events);
   if (!events.ok()) return Refusal{ExitCode::WrongCommandLine, events.error().description};
   extras.log = std::move(log.value());
   extras.events = std::move(events.value());
@@ -71,13 +76,16 @@ std::optional<Refusal> Prepare(ProgramHost& host, const CommandLine& line, RunEx
     return Refusal{ExitCode::WrongCommandLine, line.answers + ": " + answers.error().description};
   }
   extras.answers = std::move(answers.value());
+  // A machine may make its package folder the current one.
+  std::error_code unknown;
+  const std::filesystem::path caller = std::filesystem::current_path(unknown);
   if (auto refused = host.OpenMachine(line)) return refused;
   const Result<std::unique_ptr<File>> list = host.platform().files.OpenForReading("ZentUpdate.ini");
   if (!list.ok()) {
     return Refusal{ExitCode::NoPackage, "no package in " + host.ShownPackage() +
                                             ": ZentUpdate.ini: " + list.error().description};
   }
-  return OpenRecords(line, extras);
+  return OpenRecords(caller, line, extras);
 }
 
 ExitCode Run(ProgramHost& host, const CommandLine& line) {

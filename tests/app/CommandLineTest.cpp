@@ -5,6 +5,7 @@
 
 #include "app/CommandLine.h"
 #include "app/ExitCode.h"
+#include "driver/run/Product.h"
 
 namespace zent {
 namespace {
@@ -120,8 +121,9 @@ TEST(CommandLine, RefusesAMachineWhereItIsTheSystemItself) {
 TEST(CommandLine, VersionTellsWhatTheBuildIsMadeOf) {
   const auto parsed = Parse({"--version"});
   ASSERT_TRUE(std::holds_alternative<CommandLineEnd>(parsed));
-  EXPECT_THAT(std::get<CommandLineEnd>(parsed).text,
-              ::testing::MatchesRegex("ZentUpdate [0-9.]+\nwindow: none\n"));
+  const std::string& text = std::get<CommandLineEnd>(parsed).text;
+  EXPECT_THAT(text, ::testing::StartsWith("ZentUpdate " + std::to_string(kVersionMajor) + "."));
+  EXPECT_THAT(text, ::testing::EndsWith("\nwindow: none\n"));
 }
 
 }  // namespace

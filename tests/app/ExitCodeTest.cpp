@@ -11,35 +11,34 @@ struct CodeCase {
   bool restart;
   Outcome worst;
   bool detailed;
-  int code;
+  ExitCode code;
 };
 
 constexpr CodeCase kCodeCases[] = {
-    {"success", RunResult::Success, false, Outcome::Done, false, 0},
-    {"warnings count only when asked for", RunResult::Success, false, Outcome::Failed, false, 0},
-    {"a warning, asked for", RunResult::Success, false, Outcome::Warned, true, 10},
-    {"a quiet failure, asked for", RunResult::Success, false, Outcome::Failed, true, 10},
-    {"a skipped command is no warning", RunResult::Success, false, Outcome::Skipped, true, 0},
-    {"restart needed", RunResult::Success, true, Outcome::Done, false, 80},
-    {"a restart goes before warnings", RunResult::Success, true, Outcome::Warned, true, 80},
-    {"failed", RunResult::Failed, false, Outcome::Failed, true, 1},
-    {"failed, whatever must be restarted", RunResult::Failed, true, Outcome::Failed, false, 1},
-    {"not installed", RunResult::NotInstalled, false, Outcome::Done, false, 69},
-    {"refused", RunResult::Refused, false, Outcome::Failed, false, 77},
+    {"success", RunResult::Success, false, Outcome::Done, false, ExitCode::Success},
+    {"warnings count only when asked for", RunResult::Success, false, Outcome::Failed, false,
+     ExitCode::Success},
+    {"a warning, asked for", RunResult::Success, false, Outcome::Warned, true,
+     ExitCode::SuccessWithWarnings},
+    {"a quiet failure, asked for", RunResult::Success, false, Outcome::Failed, true,
+     ExitCode::SuccessWithWarnings},
+    {"a skipped command is no warning", RunResult::Success, false, Outcome::Skipped, true,
+     ExitCode::Success},
+    {"restart needed", RunResult::Success, true, Outcome::Done, false, ExitCode::RestartNeeded},
+    {"a restart goes before warnings", RunResult::Success, true, Outcome::Warned, true,
+     ExitCode::RestartNeeded},
+    {"failed", RunResult::Failed, false, Outcome::Failed, true, ExitCode::Failed},
+    {"failed, whatever must be restarted", RunResult::Failed, true, Outcome::Failed, false,
+     ExitCode::Failed},
+    {"not installed", RunResult::NotInstalled, false, Outcome::Done, false, ExitCode::NotInstalled},
+    {"refused", RunResult::Refused, false, Outcome::Failed, false, ExitCode::RefusedByStrict},
 };
 
 TEST(ExitCodeOf, TellsHowTheRunEnded) {
   for (const CodeCase& row : kCodeCases) {
     SCOPED_TRACE(row.what);
-    EXPECT_EQ(NativeExitCode(ExitCodeOf(row.result, row.restart, row.worst, row.detailed)),
-              row.code);
+    EXPECT_EQ(ExitCodeOf(row.result, row.restart, row.worst, row.detailed), row.code);
   }
-}
-
-TEST(NativeExitCode, HasANumberForWhatNeverBecameARun) {
-  EXPECT_EQ(NativeExitCode(ExitCode::WrongCommandLine), 64);
-  EXPECT_EQ(NativeExitCode(ExitCode::NoPackage), 66);
-  EXPECT_EQ(NativeExitCode(ExitCode::MachineInUse), 75);
 }
 
 }  // namespace
