@@ -1,7 +1,6 @@
 #include "platform/win32/version/Win32VersionResources.h"
 
 #include <windows.h>
-#include <winver.h>
 
 #include <algorithm>
 #include <string>
@@ -11,6 +10,7 @@
 #include "platform/win32/AnsiText.h"
 #include "platform/win32/FileChecks.h"
 #include "platform/win32/Win32Errors.h"
+#include "platform/win32/version/VersionLibrary.h"
 
 namespace zent {
 namespace {
@@ -22,7 +22,8 @@ constexpr std::size_t kSlack = 0x50000;
 /// The bytes of a version resource as the system gave them.
 class LoadedVersion : public VersionInfo {
  public:
-  explicit LoadedVersion(std::vector<char> data) : data_(std::move(data)) {}
+  LoadedVersion(const VersionLibrary& library, std::vector<char> data)
+      : library_(library), data_(std::move(data)) {}
 
   std::optional<std::string> QueryBytes(std::string_view path) const override {
     Result<std::string> block_path = AnsiOf(path);
@@ -32,7 +33,7 @@ class LoadedVersion : public VersionInfo {
     std::copy(data_.begin(), data_.end(), block.begin());
     void* value = nullptr;
     UINT length = 0;
-    if (VerQueryValueA(block.data(), block_path.value().data(), &value, &length) == FALSE) {
+    if (library_.query(block.data(), block_path.value().c_str(), &value, &length) == FALSE) {
       return std::nullopt;
     }
     const auto start = reinterpret_cast<ULONG_PTR>(block.data());
@@ -49,6 +50,7 @@ class LoadedVersion : public VersionInfo {
   }
 
  private:
+  VersionLibrary library_;
   std::vector<char> data_;
 };
 
@@ -78,18 +80,21 @@ Result<std::unique_ptr<VersionInfo>> Win32VersionResources::Open(std::string_vie
   if (Status readable = CheckFile(full.value(), GENERIC_READ); !readable.ok()) {
     return readable.error();
   }
+  const Result<VersionLibrary> library = LoadVersionLibrary();
+  if (!library.ok()) return library.error();
   std::string name = std::move(full.value());
   // To a name without a dot the system would add ".dll", and read another file.
   if (HasNoExtension(path)) name += '.';
 
   DWORD ignored = 0;
-  const DWORD size = GetFileVersionInfoSizeA(name.c_str(), &ignored);
+  const DWORD size = library.value().size_of(name.c_str(), &ignored);
   if (size == 0) return StandardError(kInvalidFileFormat);
   std::vector<char> data(size);
-  if (GetFileVersionInfoA(name.c_str(), 0, size, data.data()) == FALSE) {
+  if (library.value().read(name.c_str(), 0, size, data.data()) == FALSE) {
     return StandardError(kInvalidFileFormat);
   }
-  return std::unique_ptr<VersionInfo>(std::make_unique<LoadedVersion>(std::move(data)));
+  return std::unique_ptr<VersionInfo>(
+      std::make_unique<LoadedVersion>(library.value(), std::move(data)));
 }
 
 }  // namespace zent
