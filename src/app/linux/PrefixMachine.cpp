@@ -56,7 +56,10 @@ void PrefixMachine::BuildAdapters(const Options& options) {
   system_.emplace(*registry_);
   settings_.emplace(*files_, *system_);
   programs_.emplace(*files_);
-  wine_.emplace(options.path_list, options.folder, [this] { return registry_->HandOver(); });
+  wine_.emplace(
+      options.path_list, options.folder, [this] { return registry_->HandOver(); },
+      kWineLoaderOfDebian,
+      [server = WineServer(options.folder.string())] { return server.IsRunning(); });
   processes_.emplace(*programs_, *wine_);
   shell_.emplace(options.path_list, *wine_, options.windows);
   links_.emplace(*files_);

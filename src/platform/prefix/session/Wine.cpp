@@ -1,5 +1,8 @@
 #include "platform/prefix/session/Wine.h"
 
+#include <chrono>
+#include <csignal>
+#include <thread>
 #include <utility>
 
 #include "platform/prefix/session/DetachedStart.h"
@@ -16,13 +19,20 @@ std::optional<std::filesystem::path> FindLoader(std::string_view path_list,
   return FindHostProgram(usual_loader.filename().string(), usual_loader.parent_path().string());
 }
 
+// A loaded host takes a second to bring the server up.
+constexpr std::chrono::seconds kLongestStart(10);
+constexpr std::chrono::milliseconds kStep(5);
+
+bool Lives(std::uint32_t process) { return ::kill(static_cast<pid_t>(process), 0) == 0; }
+
 }  // namespace
 
 Wine::Wine(std::string_view path_list, const std::filesystem::path& machine, HandOver hand_over,
-           const std::filesystem::path& usual_loader)
+           const std::filesystem::path& usual_loader, TookOver took_over)
     : loader_(FindLoader(path_list, usual_loader)),
       machine_(std::filesystem::absolute(machine)),
-      hand_over_(std::move(hand_over)) {}
+      hand_over_(std::move(hand_over)),
+      took_over_(std::move(took_over)) {}
 
 Result<std::uint32_t> Wine::Start(std::vector<std::string> arguments,
                                   const std::filesystem::path& folder) const {
@@ -31,10 +41,17 @@ Result<std::uint32_t> Wine::Start(std::vector<std::string> arguments,
     const Status handed = hand_over_();
     if (!handed.ok()) return handed.error();
   }
-  return StartDetached({.program = *loader_,
-                        .arguments = std::move(arguments),
-                        .folder = folder,
-                        .environment = {"WINEPREFIX=" + machine_.string()}});
+  Result<std::uint32_t> started =
+      StartDetached({.program = *loader_,
+                     .arguments = std::move(arguments),
+                     .folder = folder,
+                     .environment = {"WINEPREFIX=" + machine_.string()}});
+  if (!started.ok() || !took_over_) return started;
+  const auto latest = std::chrono::steady_clock::now() + kLongestStart;
+  while (!took_over_() && Lives(started.value()) && std::chrono::steady_clock::now() < latest) {
+    std::this_thread::sleep_for(kStep);
+  }
+  return started;
 }
 
 }  // namespace zent

@@ -20,12 +20,14 @@ class Wine {
  public:
   /// Gives the registry and whatever else of the machine we hold over to Wine.
   using HandOver = std::function<Status()>;
+  /// Whether Wine's server has taken the registry over.
+  using TookOver = std::function<bool()>;
 
   /// Looks for "wine", then "wine64" in `path_list`, then for the file `usual_loader`. `machine` is
   /// the host folder of the machine. `hand_over` is called before each start; when it fails,
-  /// nothing is started. It may be empty.
+  /// nothing is started. `took_over` is asked after each start. Both may be empty.
   Wine(std::string_view path_list, const std::filesystem::path& machine, HandOver hand_over,
-       const std::filesystem::path& usual_loader = kWineLoaderOfDebian);
+       const std::filesystem::path& usual_loader = kWineLoaderOfDebian, TookOver took_over = {});
 
   bool installed() const { return loader_.has_value(); }
   /// The host folder of the machine, absolute.
@@ -34,7 +36,8 @@ class Wine {
   /// Hands the machine over and starts Wine in `folder` with these arguments: the program, by its
   /// host path or by the name of a program of Wine's own, and its arguments. Wine makes one command
   /// line of them, quoted so that the program splits it into the same arguments. Returns the
-  /// process id at once. Without Wine kFileNotFound.
+  /// process id as soon as the server has taken over: until then nobody could tell that the
+  /// registry is out of our hands. Without Wine kFileNotFound.
   Result<std::uint32_t> Start(std::vector<std::string> arguments,
                               const std::filesystem::path& folder) const;
 
@@ -42,6 +45,7 @@ class Wine {
   std::optional<std::filesystem::path> loader_;
   std::filesystem::path machine_;
   HandOver hand_over_;
+  TookOver took_over_;
 };
 
 }  // namespace zent
