@@ -22,16 +22,19 @@ test-linux: setup all ## the native tests, sanitized
 	@scripts/check-format
 	@cmake --preset linux-asan >/dev/null
 	@cmake --build --preset linux-asan -j $(JOBS)
-	@ctest --preset linux-asan -j $(JOBS)
+	@ctest --preset linux-asan -j $(JOBS) -LE windows
 
 test-windows: setup all windows ## the tests of the Windows program, under Wine
 	@cmake --build --preset windows-x64 -j $(JOBS)
 	@ctest --preset windows-x64 -j $(JOBS)
+	@cmake --preset linux-asan >/dev/null
+	@cmake --build --preset linux-asan -j $(JOBS) --target test_scenarios_wine test_differential
+	@ctest --preset linux-asan -j $(JOBS) -L windows
 
-check-fast: setup ## a developer's loop: build, and the tests but for the slow and the window's
+check-fast: setup ## a developer's loop: build, and the tests but for the slow, the window's and Wine's
 	@cmake --preset linux-asan >/dev/null
 	@cmake --build --preset linux-asan -j $(JOBS)
-	@ctest --preset linux-asan -j $(JOBS) -LE 'slow|qt'
+	@ctest --preset linux-asan -j $(JOBS) -LE 'slow|qt|windows'
 
 windows: setup-windows ## ZentUpdate.exe for Windows, in build/windows-x64 and build/windows-x86
 	@scripts/windows-libraries

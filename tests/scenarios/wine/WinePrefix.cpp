@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 
@@ -15,6 +16,14 @@ namespace fs = std::filesystem;
 constexpr const char* kLoader = "/usr/lib/wine/wine64";
 constexpr const char* kServer = "/usr/lib/wine/wineserver";
 constexpr const char* kRegistryFiles[] = {"system.reg", "user.reg", "userdef.reg"};
+
+/// The devices of the screen, which Wine enters anew, with the time, when the first window opens.
+constexpr const char* kScreenKeys[] = {
+    R"(system\\controlset001\\control\\class\\{4d36e968-e325-11ce-bfc1-08002be10318})",
+    R"(system\\controlset001\\control\\class\\{4d36e96e-e325-11ce-bfc1-08002be10318})",
+    R"(system\\controlset001\\control\\video\\)",
+    R"(system\\controlset001\\enum\\display\\)",
+};
 
 /// The prefix that scripts/wine has made, which the ones here are copies of.
 fs::path Template() {
@@ -136,7 +145,13 @@ PrefixState WinePrefix::State() const {
       state.files[name] = ReadHostFile(entry.path());
     }
   }
-  for (const char* const name : kRegistryFiles) state.registry[name] = ReadRegistry(prefix_ / name);
+  for (const char* const name : kRegistryFiles) {
+    state.registry[name] = ReadRegistry(prefix_ / name);
+    std::erase_if(state.registry[name].keys, [](const auto& key) {
+      return std::any_of(std::begin(kScreenKeys), std::end(kScreenKeys),
+                         [&](const char* screen) { return key.first.rfind(screen, 0) == 0; });
+    });
+  }
   return state;
 }
 
