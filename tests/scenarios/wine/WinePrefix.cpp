@@ -17,12 +17,15 @@ constexpr const char* kLoader = "/usr/lib/wine/wine64";
 constexpr const char* kServer = "/usr/lib/wine/wineserver";
 constexpr const char* kRegistryFiles[] = {"system.reg", "user.reg", "userdef.reg"};
 
-/// The devices of the screen, which Wine enters anew, with the time, when the first window opens.
-constexpr const char* kScreenKeys[] = {
+/// The devices of the machine, which Wine enters anew: those of the screen, with the time, when the
+/// first window opens; those of the network when its service has started.
+constexpr const char* kDeviceKeys[] = {
     R"(system\\controlset001\\control\\class\\{4d36e968-e325-11ce-bfc1-08002be10318})",
     R"(system\\controlset001\\control\\class\\{4d36e96e-e325-11ce-bfc1-08002be10318})",
     R"(system\\controlset001\\control\\video\\)",
     R"(system\\controlset001\\enum\\display\\)",
+    R"(software\\microsoft\\windows nt\\currentversion\\networkcards)",
+    R"(software\\wow6432node\\microsoft\\windows nt\\currentversion\\networkcards)",
 };
 
 /// The prefix that scripts/wine has made, which the ones here are copies of.
@@ -148,8 +151,8 @@ PrefixState WinePrefix::State() const {
   for (const char* const name : kRegistryFiles) {
     state.registry[name] = ReadRegistry(prefix_ / name);
     std::erase_if(state.registry[name].keys, [](const auto& key) {
-      return std::any_of(std::begin(kScreenKeys), std::end(kScreenKeys),
-                         [&](const char* screen) { return key.first.rfind(screen, 0) == 0; });
+      return std::any_of(std::begin(kDeviceKeys), std::end(kDeviceKeys),
+                         [&](const char* device) { return key.first.rfind(device, 0) == 0; });
     });
   }
   return state;

@@ -33,7 +33,8 @@ QImage IconImage(int size) {
 void WriteMask(QDataStream& out, const QImage& image) {
   const int size = image.width();
   for (int y = size - 1; y >= 0; --y) {
-    QByteArray line((size + 31) / 32 * 4, '\0');
+    const qsizetype words = (size + 31) / 32;
+    QByteArray line(words * 4, '\0');
     for (int x = 0; x < size; ++x) {
       const bool masked = qAlpha(image.pixel(x, y)) < kSolid;
       if (masked) line[x / 8] = static_cast<char>(line[x / 8] | (0x80 >> (x % 8)));
