@@ -10,6 +10,9 @@ set(standard_headers
   string string_view system_error thread tuple type_traits unordered_map unordered_set utility
   variant vector)
 set(library_headers "fmt/.*|nlohmann/.*|CLI/.*|utf8proc\\.h")
+if(FOLDER STREQUAL "xml")
+  string(APPEND library_headers "|libxml/.*")
+endif()
 string(REPLACE "," ";" allowed "${ALLOWED}")
 list(APPEND allowed "${FOLDER}")
 

@@ -1,0 +1,50 @@
+#include "xml/LibraryErrors.h"
+
+#include <libxml/parser.h>
+#include <libxml/xmlerror.h>
+
+#include <string>
+
+#include "xml/Tree.h"
+
+namespace zent::xml {
+
+struct ErrorReceiver {
+  static void Take(void* receiver, xmlError* error) {
+    auto& first = static_cast<LibraryErrors*>(receiver)->first_;
+    // Errors beside fatal ones are the parser's remarks on the document type, which it goes past;
+    // those of namespaces it does not.
+    const bool counts = error->level == XML_ERR_FATAL || error->domain == XML_FROM_NAMESPACE ||
+                        error->domain == XML_FROM_XPATH;
+    if (first || error->level < XML_ERR_ERROR || !counts) return;
+    std::string reason = error->message == nullptr ? "" : error->message;
+    while (!reason.empty() && IsBlank(reason.substr(reason.size() - 1))) reason.pop_back();
+    first = LoadError{{}, error->code, reason, error->line, error->int2};
+  }
+};
+
+namespace {
+
+void StartLibrary() {
+  // The library wants its first call to be made by one thread.
+  static const bool kStarted = [] {
+    xmlInitParser();
+    return true;
+  }();
+  static_cast<void>(kStarted);
+}
+
+}  // namespace
+
+LibraryErrors::LibraryErrors() {
+  StartLibrary();
+  old_context_ = xmlStructuredErrorContext;
+  old_handler_ = reinterpret_cast<void (*)()>(xmlStructuredError);
+  xmlSetStructuredErrorFunc(this, ErrorReceiver::Take);
+}
+
+LibraryErrors::~LibraryErrors() {
+  xmlSetStructuredErrorFunc(old_context_, reinterpret_cast<xmlStructuredErrorFunc>(old_handler_));
+}
+
+}  // namespace zent::xml

@@ -1,0 +1,59 @@
+#include "xml/Namespaces.h"
+
+#include "xml/Tree.h"
+
+namespace zent::xml {
+namespace {
+
+bool SamePrefix(const xmlChar* a, const xmlChar* b) {
+  return xmlStrEqual(a, b) == 1;  // null, the default namespace, is equal to null
+}
+
+xmlNs* DeclaredAt(const xmlNode* element, const xmlChar* prefix) {
+  for (xmlNs* ns = element->nsDef; ns != nullptr; ns = ns->next) {
+    if (SamePrefix(ns->prefix, prefix)) return ns;
+  }
+  return nullptr;
+}
+
+/// The declaration of `prefix` that counts at `element`.
+xmlNs* InScope(const xmlNode* element, const xmlChar* prefix) {
+  for (; element != nullptr && element->type == XML_ELEMENT_NODE; element = element->parent) {
+    if (xmlNs* found = DeclaredAt(element, prefix)) return found;
+  }
+  return nullptr;
+}
+
+void Settle(xmlNode* element, xmlNode* top, xmlNs*& ns) {
+  if (ns != nullptr && View(ns->prefix) != "xml") {
+    ns = DeclaredNamespace(element, top, ns->prefix, ns->href);
+  }
+}
+
+}  // namespace
+
+xmlNs* DeclaredNamespace(xmlNode* element, xmlNode* top, const xmlChar* prefix,
+                         const xmlChar* href) {
+  xmlNs* const found = InScope(element, prefix);
+  if (found != nullptr && xmlStrEqual(found->href, href) == 1) return found;
+  // Higher up it would change what others mean that have settled: those that use the same prefix,
+  // and, for the default namespace, those that have none.
+  const bool free_prefix = found == nullptr && prefix != nullptr;
+  return xmlNewNs(free_prefix ? top : element, href, prefix);
+}
+
+void SettleNamespaces(xmlNode* top) {
+  for (xmlNode* node = top; node != nullptr; node = NextInTree(node, top)) {
+    if (node->type != XML_ELEMENT_NODE) continue;
+    Settle(node, top, node->ns);
+    for (xmlAttr* attribute = node->properties; attribute != nullptr; attribute = attribute->next) {
+      Settle(node, top, attribute->ns);
+    }
+    if (node->ns != nullptr) continue;
+    const xmlNs* const inherited = InScope(node, nullptr);
+    if (inherited == nullptr || View(inherited->href).empty()) continue;
+    DeclaredNamespace(node, top, nullptr, XmlText(std::string()));
+  }
+}
+
+}  // namespace zent::xml

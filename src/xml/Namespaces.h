@@ -1,0 +1,17 @@
+#pragma once
+
+#include <libxml/tree.h>
+
+namespace zent::xml {
+
+/// Makes the namespaces of `top` and all below it hold where it stands now: each prefix in use
+/// means what it meant, and an element without a namespace stays without one. What is missing is
+/// declared within `top`.
+void SettleNamespaces(xmlNode* top);
+
+/// The declaration that gives `prefix` the meaning `href` at `element`, made below or at `top`
+/// where there is none. `prefix` is null for the default namespace.
+xmlNs* DeclaredNamespace(xmlNode* element, xmlNode* top, const xmlChar* prefix,
+                         const xmlChar* href);
+
+}  // namespace zent::xml

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <libxml/tree.h>
+
+#include <string>
+#include <string_view>
+
+#include "xml/Node.h"
+
+/// The library's trees as src/xml walks them. For its own sources alone: whoever uses src/xml sees
+/// Document.h, Node.h and LoadError.h.
+namespace zent::xml {
+
+/// What stands behind a handle.
+struct NodeAccess {
+  static Node Handle(xmlNode* node) {
+    Node handle;
+    handle.node_ = node;
+    return handle;
+  }
+  static xmlNode* Raw(Node node) { return static_cast<xmlNode*>(node.node_); }
+};
+
+/// Deepest nesting of elements, as the parser has it. Recursion over a tree is as deep at most.
+inline constexpr int kMostLevels = 256;
+
+std::string_view View(const xmlChar* text);
+const xmlChar* XmlText(const std::string& text);
+
+/// True for a node with content nodes of its own (a reference shows those of its entity instead).
+bool HasContent(const xmlNode* node);
+
+/// The node after `node` in document order, down to the subtree of `top`; null behind its last one.
+xmlNode* NextInTree(const xmlNode* node, const xmlNode* top);
+
+/// True for white space alone, as XML defines it.
+bool IsBlank(std::string_view text);
+
+/// The value that attribute xml:space of `element` has: "preserve", "default", or empty.
+std::string_view SpaceAttribute(const xmlNode* element);
+
+/// The qualified name of an element or attribute.
+std::string QualifiedName(const xmlNode* node);
+
+/// Levels of elements from the top down to `node`, itself included: 1 for a document element.
+int LevelOf(const xmlNode* node);
+
+}  // namespace zent::xml
