@@ -34,16 +34,24 @@ void StartLibrary() {
   static_cast<void>(kStarted);
 }
 
+// Some faults of an expression are written as text only, beside the error that is reported.
+void DropText(void* /*context*/, const char* /*format*/, ...) {}
+
 }  // namespace
 
 LibraryErrors::LibraryErrors() {
   StartLibrary();
+  old_text_context_ = xmlGenericErrorContext;
+  old_text_handler_ = reinterpret_cast<void (*)()>(xmlGenericError);
+  xmlSetGenericErrorFunc(nullptr, DropText);
   old_context_ = xmlStructuredErrorContext;
   old_handler_ = reinterpret_cast<void (*)()>(xmlStructuredError);
   xmlSetStructuredErrorFunc(this, ErrorReceiver::Take);
 }
 
 LibraryErrors::~LibraryErrors() {
+  xmlSetGenericErrorFunc(old_text_context_,
+                         reinterpret_cast<xmlGenericErrorFunc>(old_text_handler_));
   xmlSetStructuredErrorFunc(old_context_, reinterpret_cast<xmlStructuredErrorFunc>(old_handler_));
 }
 

@@ -23,8 +23,11 @@ class LibraryErrors {
  private:
   friend struct ErrorReceiver;
   std::optional<LoadError> first_;
+  // What was set before; the library's types, which this header does not name.
   void* old_context_;
   void (*old_handler_)();
+  void* old_text_context_;
+  void (*old_text_handler_)();
 };
 
 }  // namespace zent::xml

@@ -69,12 +69,19 @@ std::string Node::Text() const {
   return node_ == nullptr ? std::string() : TakeText(xmlNodeGetContent(NodeAccess::Raw(*this)));
 }
 
-std::optional<std::string> Node::Attribute(std::string_view name) const {
-  if (!IsElement()) return {};
+std::vector<Node> Node::Attributes() const {
+  std::vector<Node> attributes;
+  if (!IsElement()) return attributes;
   for (xmlAttr* attribute = NodeAccess::Raw(*this)->properties; attribute != nullptr;
        attribute = attribute->next) {
-    auto* const node = reinterpret_cast<xmlNode*>(attribute);
-    if (QualifiedName(node) == name) return TakeText(xmlNodeGetContent(node));
+    attributes.push_back(NodeAccess::Handle(reinterpret_cast<xmlNode*>(attribute)));
+  }
+  return attributes;
+}
+
+std::optional<std::string> Node::Attribute(std::string_view name) const {
+  for (const Node attribute : Attributes()) {
+    if (attribute.name() == name) return attribute.Text();
   }
   return {};
 }

@@ -49,6 +49,9 @@ class Node {
   /// for an absent one and for a node that is no element.
   std::optional<std::string> Attribute(std::string_view name) const;
 
+  /// The attributes of an element, as written; without the declarations of namespaces.
+  std::vector<Node> Attributes() const;
+
   Node Parent() const;  ///< of an attribute: its element; none for the document
   Node FirstChild() const;
   Node LastChild() const;
