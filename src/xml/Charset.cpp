@@ -114,11 +114,6 @@ std::string ToUtf8(std::string_view bytes, Charset charset) {
 
 /// Why `text`, which came from `charset`, cannot be parsed.
 std::optional<LoadError> FaultIn(std::string_view text, Charset charset) {
-  std::size_t bad = FindBadUtf8(text);  // ill-formed UTF-16 comes as ill-formed UTF-8
-  if (bad != std::string_view::npos) {
-    return ErrorAt(text, bad, kInvalidEncoding,
-                   IsUtf16(charset) ? "Input is not proper UTF-16" : "Input is not proper UTF-8");
-  }
   if (charset == Charset::Ascii) {
     const auto* const high = std::find_if(
         text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
@@ -126,6 +121,11 @@ std::optional<LoadError> FaultIn(std::string_view text, Charset charset) {
       return ErrorAt(text, static_cast<std::size_t>(high - text.begin()), kInvalidEncoding,
                      "Input is not proper US-ASCII");
     }
+  }
+  std::size_t bad = FindBadUtf8(text);  // ill-formed UTF-16 comes as ill-formed UTF-8
+  if (bad != std::string_view::npos) {
+    return ErrorAt(text, bad, kInvalidEncoding,
+                   IsUtf16(charset) ? "Input is not proper UTF-16" : "Input is not proper UTF-8");
   }
   bad = text.find('\0');
   if (bad == std::string_view::npos) return {};

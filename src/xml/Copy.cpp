@@ -37,7 +37,7 @@ class Copier {
   xmlNode* ElementOf(const xmlNode* source, xmlNode* parent) {
     if (!Take(sizeof(xmlNode) + View(source->name).size())) return nullptr;
     if (++level_ > kMostLevels) {
-      fault_ = NotCopied("it is nested above 256 levels");
+      fault_ = NotCopied("it is nested too deeply");
       return nullptr;
     }
     xmlNode* const copy = xmlNewDocNode(document_, nullptr, source->name, nullptr);

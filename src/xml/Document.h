@@ -31,9 +31,10 @@ class Document {
 
   /// The file of this document in its own encoding, with the byte-order mark, declaration and line
   /// ends that it came with. An element that holds elements, comments and processing instructions
-  /// alone is written with one on each line, indented as the input was (else by two blanks); no
-  /// other text changes. An error for a name, comment or processing instruction that the encoding
-  /// cannot hold; in text and attributes such a character is written as a reference.
+  /// alone, and does not stand within text, is written with one of them on each line, indented as
+  /// the input was (else by two blanks); no other text changes. An error for a name, comment or
+  /// processing instruction that the encoding cannot hold; in text and attributes such a character
+  /// is written as a reference.
   Result<std::string> Serialize() const;
 
   /// The document node, where a relative expression on the document starts.
@@ -58,8 +59,8 @@ class Document {
 
   // The changes below take a node of this document; one that stands somewhere is moved. What the
   // rules of XML forbid is an error and changes nothing: a second document element, text beside it,
-  // a node below itself, nesting above 256 levels, a node of another document (copy it first), no
-  // node at all.
+  // a node below itself, elements nested more than 257 deep (which the parser refuses as well), a
+  // node of another document (copy it first), no node at all.
 
   /// Puts `node` immediately before `reference`, below the same parent.
   Status InsertBefore(Node node, Node reference);

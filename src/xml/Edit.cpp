@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/Utf.h"
 #include "xml/Content.h"
 #include "xml/DocumentState.h"
 #include "xml/LibraryErrors.h"
@@ -76,7 +77,7 @@ Status CheckPlace(const xmlNode* node, const Place& place) {
     if (above == node) return NotAllowed("a node cannot stand below itself");
   }
   if (node->type == XML_ELEMENT_NODE && LevelOf(place.parent) + HeightOf(node) > kMostLevels) {
-    return NotAllowed("elements would be nested above 256 levels");
+    return NotAllowed("elements would be nested too deeply");
   }
   return {};
 }
@@ -111,7 +112,7 @@ Status Put(DocumentAccess::State& state, Node node, Place place) {
 }
 
 bool IsPlainName(std::string_view name) {
-  return name.find('\0') == std::string_view::npos &&
+  return IsUtf8(name) && name.find('\0') == std::string_view::npos &&
          xmlValidateNCName(XmlText(std::string(name)), 0) == 0;
 }
 

@@ -9,13 +9,22 @@
 
 namespace zent::xml {
 
+namespace {
+
+bool IsLostEntity(const xmlError& error) {
+  return error.code == XML_WAR_UNDECLARED_ENTITY && error.ctxt != nullptr &&
+         static_cast<const xmlParserCtxt*>(error.ctxt)->instate == XML_PARSER_ATTRIBUTE_VALUE;
+}
+
+}  // namespace
+
 struct ErrorReceiver {
   static void Take(void* receiver, xmlError* error) {
     auto& first = static_cast<LibraryErrors*>(receiver)->first_;
     // Errors beside fatal ones are the parser's remarks on the document type, which it goes past;
-    // those of namespaces it does not.
+    // those of namespaces it does not, and an unknown entity in an attribute would be lost.
     const bool counts = error->level == XML_ERR_FATAL || error->domain == XML_FROM_NAMESPACE ||
-                        error->domain == XML_FROM_XPATH;
+                        error->domain == XML_FROM_XPATH || IsLostEntity(*error);
     if (first || error->level < XML_ERR_ERROR || !counts) return;
     std::string reason = error->message == nullptr ? "" : error->message;
     while (!reason.empty() && IsBlank(reason.substr(reason.size() - 1))) reason.pop_back();

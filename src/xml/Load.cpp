@@ -10,6 +10,8 @@
 #include "xml/Entities.h"
 #include "xml/ErrorCodes.h"
 #include "xml/LibraryErrors.h"
+#include "xml/Namespaces.h"
+#include "xml/Tags.h"
 #include "xml/Tree.h"
 
 namespace zent::xml {
@@ -18,6 +20,8 @@ namespace {
 // No entity is put in place of its reference, no document type or inclusion is read, no address is
 // opened, and of the encoding nothing is left to decide: the text is UTF-8 whatever it declares.
 constexpr int kOptions = XML_PARSE_NONET | XML_PARSE_IGNORE_ENC;
+
+constexpr std::size_t kMostAttributes = 4096;  // of one element
 
 struct FreeParser {
   void operator()(xmlParserCtxt* parser) const { xmlFreeParserCtxt(parser); }
@@ -46,7 +50,7 @@ std::variant<LibraryPtr<xmlDoc>, LoadError> Parse(const std::string& utf8) {
   parser->sax->ignorableWhitespace = TakeCharacters;
   LibraryPtr<xmlDoc> document(xmlCtxtReadMemory(
       parser.get(), utf8.data(), static_cast<int>(utf8.size()), nullptr, nullptr, kOptions));
-  if (document && parser->nsWellFormed != 0 && xmlDocGetRootElement(document.get()) != nullptr) {
+  if (document && !errors.first() && xmlDocGetRootElement(document.get()) != nullptr) {
     return document;
   }
   return errors.first().value_or(LoadError{{}, kInternalError, "The document cannot be read"});
@@ -77,6 +81,12 @@ std::variant<Document, LoadError> LoadUnnamed(std::string_view bytes, const Load
     return LoadError{{}, kDocumentTooBig, "The document is too big"};
   }
 
+  if (HasTagWithMoreThan(kMostAttributes, source.utf8)) {
+    return LoadError{{},
+                     kDocumentTooBig,
+                     "An element has more than " + std::to_string(kMostAttributes) + " attributes"};
+  }
+
   std::variant<LibraryPtr<xmlDoc>, LoadError> parsed = Parse(source.utf8);
   if (auto* error = std::get_if<LoadError>(&parsed)) return std::move(*error);
   auto state = std::make_unique<DocumentAccess::State>();
@@ -86,6 +96,9 @@ std::variant<Document, LoadError> LoadUnnamed(std::string_view bytes, const Load
                      kEntityExpansion,
                      "The entities of the document stand for more than " +
                          std::to_string(limits.expansion) + " bytes"};
+  }
+  if (!DecodeNamespaceNames(state->document.get())) {
+    return LoadError{{}, kInternalError, "The name of a namespace holds an entity"};
   }
   BlanksDropped blanks = DropBlanks(state->document.get());
   state->document->_private = state.get();

@@ -1,5 +1,8 @@
 #include "xml/Namespaces.h"
 
+#include <string>
+#include <string_view>
+
 #include "xml/Tree.h"
 
 namespace zent::xml {
@@ -30,7 +33,33 @@ void Settle(xmlNode* element, xmlNode* top, xmlNs*& ns) {
   }
 }
 
+/// False for a name with another reference in it.
+bool DecodeName(xmlNs& ns) {
+  constexpr std::string_view kAmpersand = "&#38;";
+  std::string name(View(ns.href));
+  std::size_t at = name.find('&');
+  if (at == std::string::npos) return true;
+  for (; at != std::string::npos; at = name.find('&', at + 1)) {
+    if (name.compare(at, kAmpersand.size(), kAmpersand) != 0) return false;
+    name.erase(at + 1, kAmpersand.size() - 1);
+  }
+  xmlFree(const_cast<xmlChar*>(ns.href));  // the library's own, declared as not to be written to
+  ns.href = xmlStrdup(XmlText(name));
+  return true;
+}
+
 }  // namespace
+
+bool DecodeNamespaceNames(xmlDoc* document) {
+  const xmlNode* const top = xmlDocGetRootElement(document);
+  for (const xmlNode* node = top; node != nullptr; node = NextInTree(node, top)) {
+    if (node->type != XML_ELEMENT_NODE) continue;
+    for (xmlNs* ns = node->nsDef; ns != nullptr; ns = ns->next) {
+      if (!DecodeName(*ns)) return false;
+    }
+  }
+  return true;
+}
 
 xmlNs* DeclaredNamespace(xmlNode* element, xmlNode* top, const xmlChar* prefix,
                          const xmlChar* href) {

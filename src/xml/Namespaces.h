@@ -4,6 +4,10 @@
 
 namespace zent::xml {
 
+/// The parser leaves an ampersand in the name of a namespace as "&#38;", and references to entities
+/// as they are: puts the first right, and is false for the second, which are not taken.
+bool DecodeNamespaceNames(xmlDoc* document);
+
 /// Makes the namespaces of `top` and all below it hold where it stands now: each prefix in use
 /// means what it meant, and an element without a namespace stays without one. What is missing is
 /// declared within `top`.

@@ -17,8 +17,8 @@ constexpr std::size_t kLongestExpression = 4096;
 
 // Steps of the evaluator that one selection may take: a few looks at every node, and some more for
 // small documents.
-constexpr std::size_t kStepsForAny = 10'000'000;
-constexpr std::size_t kStepsForEachNode = 50;
+constexpr std::size_t kStepsForAny = 1'000'000;
+constexpr std::size_t kStepsForEachNode = 40;
 
 RuntimeError Unusable(std::string_view xpath, const std::string& reason,
                       int number = kInvalidProcedureCall) {

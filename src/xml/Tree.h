@@ -21,8 +21,8 @@ struct NodeAccess {
   static xmlNode* Raw(Node node) { return static_cast<xmlNode*>(node.node_); }
 };
 
-/// Deepest nesting of elements, as the parser has it. Recursion over a tree is as deep at most.
-inline constexpr int kMostLevels = 256;
+/// Deepest nesting of elements: what the parser takes. Recursion over a tree is as deep at most.
+inline constexpr int kMostLevels = 257;
 
 std::string_view View(const xmlChar* text);
 const xmlChar* XmlText(const std::string& text);
