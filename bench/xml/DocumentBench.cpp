@@ -1,4 +1,4 @@
-// Load and save of a document against a plain parse and dump of the same library, and 5,000 merge
+// Load and save of a document against a plain parse and dump of the same library, and merge
 // operations on documents of 5 MB and 20 MB.
 #include <libxml/parser.h>
 #include <libxml/tree.h>
@@ -16,7 +16,7 @@ using zent::xml::Document;
 using zent::xml::Node;
 
 constexpr int kSeed = 4711;
-constexpr int kOperations = 5'000;
+constexpr int kOperations = 100;
 constexpr int kItemsSmall = 25'000;  // about 5 MB
 
 std::string BigFile(int items) {
@@ -82,7 +82,7 @@ int main() {
   const double fourfold = Merge(big, 4 * kItemsSmall, kOperations);
   std::printf("operations per second: %.0f at 1x, %.0f at 4x\n", kOperations / once,
               kOperations / fourfold);
-  zent::bench::PrintRatio("XML: 5,000 operations at 4 times the size, against once",
-                          fourfold / once, "4: linear in the size");
+  zent::bench::PrintRatio("XML: operations at 4 times the size, against once", fourfold / once,
+                          "4: linear in the size");
   return 0;
 }

@@ -43,7 +43,6 @@ TEST(Hostile, DocumentsThatCostTooMuchAreRefused) {
       {"100,000 elements, never closed", Repeated("<a>", 100'000)},
       {"a name of a million letters", "<" + std::string(1'000'000, 'n') + "/>"},
       {"an attribute of 11 MB", "<a b='" + std::string(11'000'000, 'x') + "'/>"},
-      {"a text of 11 MB", "<a>" + std::string(11'000'000, 'x') + "</a>"},
       {"4,097 attributes", "<a>\n<b" + Repeated(" a=\">\"", 4097) + "/></a>"},
       {"brackets in the document type",
        "<!DOCTYPE a [" + Repeated("<!ELEMENT a ", 1) + Repeated("(", 100'000) + "]><a/>"},
@@ -67,7 +66,7 @@ TEST(Hostile, DocumentsThatAreOnlyBigAreKept) {
          return text + "/>";
        }()},
       {"an attribute of 5 MB", "<a b=\"" + std::string(5'000'000, 'x') + "\"/>"},
-      {"a text of 5 MB", "<a>" + std::string(5'000'000, 'x') + "</a>"},
+      {"a text of 11 MB", "<a>" + std::string(11'000'000, 'x') + "</a>"},
       {"200,000 elements side by side", "<a>" + Repeated("x<b/>", 200'000) + "</a>"},
       {"a comment of 5 MB", "<a><!--" + std::string(5'000'000, 'x') + "--></a>"},
   };
