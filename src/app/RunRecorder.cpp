@@ -64,6 +64,50 @@ const char* NameOf(Outcome outcome) {
   return "";
 }
 
+const char* NameOf(XmlAction action) {
+  switch (action) {
+    case XmlAction::Load:
+      return "Load";
+    case XmlAction::Skip:
+      return "Skip";
+    case XmlAction::Insert:
+      return "Insert";
+    case XmlAction::Replace:
+      return "Replace";
+    case XmlAction::Delete:
+      return "Delete";
+    case XmlAction::Tab:
+      return "Tab";
+    case XmlAction::Field:
+      return "Field";
+    case XmlAction::Stamp:
+      return "Stamp";
+    case XmlAction::Save:
+      return "Save";
+  }
+  return "";
+}
+
+const char* NameOf(XmlOutcome outcome) {
+  switch (outcome) {
+    case XmlOutcome::Done:
+      return "done";
+    case XmlOutcome::InsertedBefore:
+      return "inserted-before";
+    case XmlOutcome::Appended:
+      return "appended";
+    case XmlOutcome::Replaced:
+      return "replaced";
+    case XmlOutcome::NotFound:
+      return "not-found";
+    case XmlOutcome::Nothing:
+      return "nothing";
+    case XmlOutcome::Failed:
+      return "failed";
+  }
+  return "";
+}
+
 const char* NameOf(RunResult result) {
   switch (result) {
     case RunResult::Success:
@@ -121,6 +165,15 @@ void RunRecorder::OnCommand(const CommandRecord& record) {
                 {"tokens", record.tokens},
                 {"record", NameOf(record.outcome)}};
   if (!record.reason.empty()) event["reason"] = record.reason;
+  WriteEvent(events_, event);
+}
+
+void RunRecorder::OnXml(const XmlOperation& operation) {
+  if (!events_) return;
+  Json event = {
+      {"event", "xml"},         {"file", operation.file},   {"operation", NameOf(operation.action)},
+      {"node", operation.node}, {"place", operation.place}, {"outcome", NameOf(operation.outcome)}};
+  if (!operation.reason.empty()) event["reason"] = operation.reason;
   WriteEvent(events_, event);
 }
 

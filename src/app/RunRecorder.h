@@ -21,6 +21,7 @@ class RunRecorder final : public RunObserver {
   void OnBox(const MessageQuestion& question, Answer answer) override;
   void OnInput(const InputQuestion& question, std::string_view answer) override;
   void OnCommand(const CommandRecord& record) override;
+  void OnXml(const XmlOperation& operation) override;
   void OnLaunch(std::string_view command_line) override;
   void OnProgress(std::string_view text) override;
   void OnEnd(RunResult result, bool restart) override;

@@ -82,6 +82,52 @@ TEST(RunRecorder, ACommandHasItsRecord) {
                                            {"reason", "why"}}));
 }
 
+TEST(RunRecorder, AStepOfAnXmlChangeNamesFileElementAndPlace) {
+  Recorded given;
+  given.recorder->OnXml({.file = R"(D:\Data\Customize\Forms.xml)",
+                         .action = XmlAction::Insert,
+                         .node = "/Forms/Form[@ID='7']",
+                         .place = "/Forms/Form[@ID='8']",
+                         .outcome = XmlOutcome::InsertedBefore});
+  EXPECT_EQ(given.Event(), nlohmann::json({{"event", "xml"},
+                                           {"file", R"(D:\Data\Customize\Forms.xml)"},
+                                           {"operation", "Insert"},
+                                           {"node", "/Forms/Form[@ID='7']"},
+                                           {"place", "/Forms/Form[@ID='8']"},
+                                           {"outcome", "inserted-before"}}));
+}
+
+TEST(RunRecorder, AFailedStepOfAnXmlChangeHasItsReason) {
+  Recorded given;
+  given.recorder->OnXml({.file = "a.xml",
+                         .action = XmlAction::Save,
+                         .outcome = XmlOutcome::Failed,
+                         .reason = "Disk full (61)"});
+  const nlohmann::json event = given.Event();
+  EXPECT_EQ(event.at("outcome"), "failed");
+  EXPECT_EQ(event.at("reason"), "Disk full (61)");
+}
+
+TEST(RunRecorder, NamesEveryActionAndOutcomeOfAnXmlChange) {
+  for (const auto& [action, name] :
+       {std::pair{XmlAction::Load, "Load"}, std::pair{XmlAction::Skip, "Skip"},
+        std::pair{XmlAction::Replace, "Replace"}, std::pair{XmlAction::Delete, "Delete"},
+        std::pair{XmlAction::Tab, "Tab"}, std::pair{XmlAction::Field, "Field"},
+        std::pair{XmlAction::Stamp, "Stamp"}, std::pair{XmlAction::Save, "Save"}}) {
+    Recorded given;
+    given.recorder->OnXml({.file = "a.xml", .action = action});
+    EXPECT_EQ(given.Event().at("operation"), name);
+  }
+  for (const auto& [outcome, name] :
+       {std::pair{XmlOutcome::Done, "done"}, std::pair{XmlOutcome::Appended, "appended"},
+        std::pair{XmlOutcome::Replaced, "replaced"}, std::pair{XmlOutcome::NotFound, "not-found"},
+        std::pair{XmlOutcome::Nothing, "nothing"}}) {
+    Recorded given;
+    given.recorder->OnXml({.file = "a.xml", .outcome = outcome});
+    EXPECT_EQ(given.Event().at("outcome"), name);
+  }
+}
+
 TEST(RunRecorder, TheEndNamesTheResult) {
   for (const auto& [result, name] :
        {std::pair{RunResult::Success, "success"}, std::pair{RunResult::Failed, "failed"},

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "driver/run/CommandRecord.h"
+#include "driver/run/XmlOperation.h"
 #include "ui/UpdateWindow.h"
 
 namespace zent {
@@ -27,6 +28,7 @@ class RunObserver {
   /// `answer` is empty when the box was cancelled and masked when it was hidden.
   virtual void OnInput(const InputQuestion& question, std::string_view answer) = 0;
   virtual void OnCommand(const CommandRecord& record) = 0;
+  virtual void OnXml(const XmlOperation& operation) = 0;
   /// A program start, its command line as the command gave it.
   virtual void OnLaunch(std::string_view command_line) = 0;
   /// A counter that the window shows in place, apart from the message box.

@@ -76,6 +76,8 @@ class UpdateRun {
   /// Begins the record of a command and ends it, telling the observer.
   void BeginCommand(CommandRecord record);
   void EndCommand();
+  /// Tells a step of a change to an XML file.
+  void Tell(const XmlOperation& operation) { observer_.OnXml(operation); }
   /// The worst outcome of any command so far.
   Outcome WorstOutcome() const { return worst_; }
 

@@ -19,6 +19,7 @@ class RecordingObserver : public RunObserver {
     inputs.push_back(question.title + ": " + std::string(answer));
   }
   void OnCommand(const CommandRecord& record) override { records.push_back(record); }
+  void OnXml(const XmlOperation& operation) override { xml.push_back(operation); }
   void OnLaunch(std::string_view command_line) override { launches.emplace_back(command_line); }
   void OnProgress(std::string_view text) override { progress.emplace_back(text); }
   void OnEnd(RunResult run_result, bool needs_restart) override {
@@ -31,6 +32,7 @@ class RecordingObserver : public RunObserver {
   std::vector<Answer> answers;
   std::vector<std::string> inputs;
   std::vector<CommandRecord> records;
+  std::vector<XmlOperation> xml;
   std::vector<std::string> launches;
   std::vector<std::string> progress;
   std::vector<RunResult> ends;
