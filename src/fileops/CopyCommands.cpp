@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/Text.h"
+#include "driver/run/PathBounds.h"
 #include "driver/run/PathMacros.h"
 #include "fileops/FileSteps.h"
 #include "lib/FuncLib.h"

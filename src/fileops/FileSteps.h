@@ -26,11 +26,6 @@ struct CopyArguments {
 std::optional<CopyArguments> ReadCopyArguments(UpdateRun& run, const TokenList& tokens,
                                                bool quiet = false);
 
-/// The package file that `source` names: the package folder and that text, no macro expanded. A
-/// source that leads outside the package folder is recorded as a warning; a strict run refuses it,
-/// and the result is nothing.
-std::optional<std::string> PackageSource(UpdateRun& run, const std::string& source);
-
 /// Where a file of the machine goes when a command names `destination`: a folder macro gets the
 /// file's name behind it. Of a `source` that is a full path or begins with a macro only the last
 /// part is that name, for two full paths behind one another name no place.

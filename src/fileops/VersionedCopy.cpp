@@ -1,6 +1,7 @@
 #include "fileops/VersionedCopy.h"
 
 #include "base/Text.h"
+#include "driver/run/PathBounds.h"
 #include "driver/run/PathMacros.h"
 #include "fileops/Backup.h"
 #include "fileops/DeleteAndRename.h"

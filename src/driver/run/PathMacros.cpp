@@ -95,6 +95,15 @@ std::optional<std::string> MacroProblem(std::string_view argument) {
   return std::nullopt;
 }
 
+std::vector<std::string> MacroFolders(const UpdateRun& run) {
+  std::vector<std::string> folders;
+  for (const PathMacro& macro : kPathMacros) {
+    std::string folder = macro.folder(run);
+    if (!IsBlank(folder)) folders.push_back(std::move(folder));
+  }
+  return folders;
+}
+
 bool IsRelativePath(std::string_view path) {
   if (path.empty() || IsSeparator(path.front())) return false;
   return path.size() < 2 || path[1] != ':';

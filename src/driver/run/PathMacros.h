@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "driver/run/UpdateRun.h"
 
@@ -30,6 +31,9 @@ std::string ExpandDestination(const UpdateRun& run, std::string_view name,
 /// What is wrong with the macro at the start of a path argument, in words: it is unknown, never
 /// closed, or swallows the character behind it. Nothing for a sound one and for a plain path.
 std::optional<std::string> MacroProblem(std::string_view argument);
+
+/// The folders that the macros stand for; those that this machine lacks are left out.
+std::vector<std::string> MacroFolders(const UpdateRun& run);
 
 /// True for a path that begins with neither a drive nor a separator.
 bool IsRelativePath(std::string_view path);
