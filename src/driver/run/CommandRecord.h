@@ -20,7 +20,7 @@ struct CommandRecord {
   std::string keyword;   ///< as the command table spells it, or as written when it knows none
   std::vector<std::string> tokens = {};
   Outcome outcome = Outcome::Done;
-  std::string reason = {};  ///< empty for Done; several are joined by "; "
+  std::string reason = {};  ///< mostly empty for Done; several are joined by "; "
 };
 
 }  // namespace zent

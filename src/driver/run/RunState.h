@@ -22,10 +22,11 @@ struct RunState {
   std::string CurrDir;            ///< the package folder, where the updater was started
   std::string PatchFileName;      ///< read from ZentUpdate.ini, there for the commands to use
 
-  bool ErrorOccurred = false;   ///< a command failed: the list ends after its line
-  bool RebootComputer = false;  ///< a file in use was replaced; never cleared
-  bool CopyExeFailed = false;   ///< that file was a program; never cleared
-  bool IsVista = false;         ///< the system's version text is "NT 6.0"
+  bool ErrorOccurred = false;    ///< a command failed: the list ends after its line
+  bool xml_load_failed = false;  ///< an XML file could not be loaded; never cleared
+  bool RebootComputer = false;   ///< a file in use was replaced; never cleared
+  bool CopyExeFailed = false;    ///< that file was a program; never cleared
+  bool IsVista = false;          ///< the system's version text is "NT 6.0"
 };
 
 /// Texts that the window keeps with its buttons.

@@ -9,6 +9,14 @@
 #include "lib/RegFuncs.h"
 
 namespace zent {
+namespace {
+
+// A command of thousands of steps may have as many reasons: the first ones tell the story, and the
+// record stays a line that can be read.
+constexpr std::size_t kReasonLimit = 2000;
+constexpr std::string_view kMoreReasons = "; ...";
+
+}  // namespace
 
 UpdateRun::UpdateRun(const Platform& machine, UpdateWindow& update_window,
                      RunObserver& run_observer, RunOptions run_options)
@@ -87,10 +95,14 @@ Result<std::uint32_t> UpdateRun::Start(const Launch& launch) {
 }
 
 void UpdateRun::Record(Outcome outcome, std::string_view reason) {
+  const bool is_worse = outcome > record_.outcome;
   record_.outcome = std::max(record_.outcome, outcome);
+  if (!is_worse && record_.reason.ends_with(kMoreReasons)) return;
   if (record_.reason.find(reason) != std::string::npos) return;
   if (!record_.reason.empty()) record_.reason += "; ";
-  record_.reason += reason;
+  const std::string_view fitting = FirstCharacters(reason, kReasonLimit);
+  record_.reason += fitting;
+  if (record_.reason.size() > kReasonLimit) record_.reason += kMoreReasons;
 }
 
 }  // namespace zent

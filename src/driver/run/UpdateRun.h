@@ -64,7 +64,9 @@ class UpdateRun {
   /// The same three lines as messages of their own, without a box and without ErrorOccurred.
   void ShowError(std::string_view headline, const RuntimeError& error);
 
-  /// Records of the present command. The worst outcome counts, reasons are collected.
+  /// Records of the present command. The worst outcome counts; reasons are collected,
+  /// each once; past 2000 bytes only one that makes the outcome worse.
+  void Note(std::string_view reason) { Record(Outcome::Done, reason); }  ///< a trace, no outcome
   void Skip(std::string_view reason) { Record(Outcome::Skipped, reason); }
   void Warn(std::string_view reason) { Record(Outcome::Warned, reason); }
   void Fail(std::string_view reason) { Record(Outcome::Failed, reason); }

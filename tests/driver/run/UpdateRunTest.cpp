@@ -80,6 +80,30 @@ TEST(Records, KeepTheWorstOutcomeAndEveryReason) {
   EXPECT_EQ(given.run.WorstOutcome(), Outcome::Warned);
 }
 
+TEST(Records, ANoteLeavesATraceAndNoOutcome) {
+  RunBuilder given;
+  given.run.BeginCommand({.line = 1, .keyword = "x"});
+  given.run.Note("one of two was there already");
+  given.run.EndCommand();
+  EXPECT_EQ(given.observer.records[0].outcome, Outcome::Done);
+  EXPECT_EQ(given.observer.records[0].reason, "one of two was there already");
+}
+
+TEST(Records, ThousandsOfReasonsAreCutButNotTheWorst) {
+  RunBuilder given;
+  given.run.BeginCommand({.line = 1, .keyword = "x"});
+  for (int i = 0; i < 5000; ++i) given.run.Warn("reason " + std::to_string(i));
+  given.run.Warn(std::string(100'000, 'x'));
+  given.run.Fail("disk full");
+  given.run.EndCommand();
+
+  const CommandRecord& record = given.observer.records[0];
+  EXPECT_EQ(record.outcome, Outcome::Failed);
+  EXPECT_THAT(record.reason, ::testing::StartsWith("reason 0; reason 1; "));
+  EXPECT_THAT(record.reason, ::testing::HasSubstr("; ...; disk full"));
+  EXPECT_LT(record.reason.size(), 2500U);
+}
+
 TEST(Tolerate, OnlyRecordsInAPlainRun) {
   RunBuilder given;
   given.run.BeginCommand({.line = 1, .keyword = "x"});
