@@ -15,6 +15,7 @@
 #include "fileops/RegistryCommands.h"
 #include "fileops/Shortcuts.h"
 #include "fileops/VersionedCopy.h"
+#include "xmlupdate/XmlCommands.h"
 
 namespace zent {
 namespace {
@@ -53,9 +54,9 @@ constexpr std::array kCommands = {
     Command{"cren", RenameCommand, "23"},
     Command{"rcw", CommandNotAvailable, "2"},
     Command{"crcw", CommandNotAvailable, "2"},
-    Command{"xupd", CommandNotAvailable, "2"},
+    Command{"xupd", UpdateXmlFiles, "2"},
     Command{"upddb", CommandNotAvailable, "2"},
-    Command{"updxfields", CommandNotAvailable, "2"},
+    Command{"updxfields", UpdateExtraFields, "2"},
     Command{"wrtnetupdini", WriteSetting, "2"},
     Command{"wrttoini", WriteSetting, "2"},
     Command{"run", RunCommand, "2"},
