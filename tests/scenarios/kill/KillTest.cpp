@@ -38,6 +38,26 @@ const KillCase kCases[] = {
       R"(mkdr,$(apppath)\Kept)", R"(ccl,$(helppath)\Contacts.htm,$(apppath)\Kept\Contacts.htm)",
       R"(cren,$(apppath)\NetUpd.ini,$(apppath)\Old.ini)",  //
       R"(del,$(helppath)\Companies.htm)"}},
+    {"XmlFiles", {"xupd,Menus9.xml", "updxfields,Fields9.xml", "xupd,Form9.xml"}},
+};
+
+struct PackageFile {
+  const char* name;
+  const char* contents;
+};
+
+const PackageFile kXmlFiles[] = {
+    {"Menus.xml", "<Menus><Version>9</Version><Menu ID=\"New\"/></Menus>"},
+    {"Menus9.xml",
+     R"(<XMLUpdates><XMLUpdate FileName=".\Menus.xml"><Insert><Node>/Menus/Menu</Node>)"
+     "<IfNotFoundAppendTo>/Menus</IfNotFoundAppendTo></Insert></XMLUpdate></XMLUpdates>"},
+    {"Form.xml", "<Form><Version>9</Version></Form>"},
+    {"Form9.xml",
+     R"(<XMLUpdates><XMLUpdate FileName=".\Form.xml" OFileName="$(datapath)\Customize\Forms\)"
+     R"(Contact.xml"><Delete><Node>/Form/Tabs</Node></Delete></XMLUpdate></XMLUpdates>)"},
+    {"Fields9.xml",
+     R"(<UpdateXFields FileName="Contacts.xml" TableName="Contacts"><Version>9</Version>)"
+     "<Add><XTab>New</XTab><XField><ID>F</ID></XField></Add></UpdateXFields>"},
 };
 
 /// A machine on which the first `count` lines are to run.
@@ -45,6 +65,9 @@ struct Given {
   Given(const KillCase& row, std::size_t count)
       : machine({row.lines.begin(), row.lines.begin() + static_cast<std::ptrdiff_t>(count)}) {
     machine.Put("package/Big.bin", std::string(300'000, 'b'));
+    for (const PackageFile& file : kXmlFiles) {
+      machine.Put("package/" + std::string(file.name), file.contents);
+    }
     std::filesystem::permissions(
         machine.folder() / "machine/drive_c/Program Files/Zent/ZentHelp/Reminders.htm",
         std::filesystem::perms::owner_read);
