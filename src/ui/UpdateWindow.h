@@ -21,6 +21,9 @@ class WindowEvents {
 
 enum class WindowButton { Close, Continue, Install360 };
 
+/// Tells `events` of a click on `button`.
+void RaiseClick(WindowEvents& events, WindowButton button);
+
 enum class BoxButtons { Ok, RetryCancel, YesNo };
 enum class BoxIcon { Information, Question, Critical };
 enum class Answer { Ok, Retry, Cancel, Yes, No };

@@ -5,9 +5,6 @@
 /// Folders as the command line and the system name them: full paths in UTF-8, in every script.
 namespace zent {
 
-std::wstring WideOf(const std::string& utf8);
-std::string Utf8Of(const std::wstring& wide);
-
 /// The folder that holds the program's file.
 std::string ProgramFolder();
 

@@ -11,6 +11,7 @@
 #include "app/windows/LibrarySearch.h"
 #include "app/windows/Terminal.h"
 #include "app/windows/Win32Machine.h"
+#include "platform/win32/WideText.h"
 #include "ui/console/ConsoleWindow.h"
 #include "ui/console/win32/HandleInput.h"
 #include "ui/console/win32/HandleOutput.h"

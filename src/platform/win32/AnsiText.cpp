@@ -5,33 +5,22 @@
 #include "base/CodePage.h"
 #include "base/ErrorNumbers.h"
 #include "base/RuntimeError.h"
+#include "platform/win32/WideText.h"
 
 namespace zent {
 namespace {
 
 constexpr UINT kWesternCodePage = 1252;
 
-/// UTF-16 of UTF-8; a broken sequence becomes the replacement character.
-std::wstring Wide(UINT code_page, std::string_view bytes) {
-  const int size = static_cast<int>(bytes.size());
-  const int length = MultiByteToWideChar(code_page, 0, bytes.data(), size, nullptr, 0);
-  std::wstring wide(static_cast<std::size_t>(length), L'\0');
-  MultiByteToWideChar(code_page, 0, bytes.data(), size, wide.data(), length);
-  return wide;
-}
-
 /// Bytes of UTF-16; `lossy` is set when a character has no place in the code page.
 std::string Narrow(UINT code_page, const std::wstring& wide, bool& lossy) {
   const int size = static_cast<int>(wide.size());
-  // UTF-8 takes neither the flag nor the report of a lost character.
-  const bool utf8 = code_page == CP_UTF8;
-  const DWORD flags = utf8 ? 0 : WC_NO_BEST_FIT_CHARS;
   BOOL lost = FALSE;
-  BOOL* const report = utf8 ? nullptr : &lost;
-  const int length =
-      WideCharToMultiByte(code_page, flags, wide.data(), size, nullptr, 0, nullptr, report);
+  const int length = WideCharToMultiByte(code_page, WC_NO_BEST_FIT_CHARS, wide.data(), size,
+                                         nullptr, 0, nullptr, &lost);
   std::string bytes(static_cast<std::size_t>(length), '\0');
-  WideCharToMultiByte(code_page, flags, wide.data(), size, bytes.data(), length, nullptr, report);
+  WideCharToMultiByte(code_page, WC_NO_BEST_FIT_CHARS, wide.data(), size, bytes.data(), length,
+                      nullptr, &lost);
   lossy = lost != FALSE;
   return bytes;
 }
@@ -40,7 +29,10 @@ std::string Narrow(UINT code_page, const std::wstring& wide, bool& lossy) {
 /// program uses, with its five undefined bytes, so that text read and written back is the same.
 std::string Encode(std::string_view text, bool& lossy) {
   lossy = false;
-  if (GetACP() != kWesternCodePage) return Narrow(GetACP(), Wide(CP_UTF8, text), lossy);
+  const UINT code_page = GetACP();
+  // UTF-8 as the code page of a machine takes neither the flag nor the report of a lost character.
+  if (code_page == CP_UTF8) return Utf8Of(WideOf(text));
+  if (code_page != kWesternCodePage) return Narrow(code_page, WideOf(text), lossy);
   std::string bytes = ToAnsi(text);
   lossy = FromAnsi(bytes) != text;
   return bytes;
@@ -61,9 +53,13 @@ std::string ShownAnsiOf(std::string_view text) {
 }
 
 std::string TextOfAnsi(std::string_view ansi) {
-  if (GetACP() == kWesternCodePage) return FromAnsi(ansi);
-  bool lossy = false;
-  return Narrow(CP_UTF8, Wide(GetACP(), ansi), lossy);
+  const UINT code_page = GetACP();
+  if (code_page == kWesternCodePage) return FromAnsi(ansi);
+  const int size = static_cast<int>(ansi.size());
+  const int length = MultiByteToWideChar(code_page, 0, ansi.data(), size, nullptr, 0);
+  std::wstring wide(static_cast<std::size_t>(length), L'\0');
+  MultiByteToWideChar(code_page, 0, ansi.data(), size, wide.data(), length);
+  return Utf8Of(wide);
 }
 
 }  // namespace zent

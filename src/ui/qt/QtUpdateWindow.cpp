@@ -95,15 +95,7 @@ void QtUpdateWindow::Close() {
 }
 
 void QtUpdateWindow::RaiseClick(WindowButton button) {
-  if (events_ == nullptr) return;
-  switch (button) {
-    case WindowButton::Close:
-      return events_->cmdClose_Click();
-    case WindowButton::Continue:
-      return events_->cmdContinue_Click();
-    case WindowButton::Install360:
-      return events_->cmdInstall360_Click();
-  }
+  if (events_ != nullptr) zent::RaiseClick(*events_, button);
 }
 
 void QtUpdateWindow::CloseClicked() {

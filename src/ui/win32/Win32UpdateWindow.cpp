@@ -68,15 +68,7 @@ void Win32UpdateWindow::Close() {
 }
 
 void Win32UpdateWindow::RaiseClick(WindowButton button) {
-  if (events_ == nullptr) return;
-  switch (button) {
-    case WindowButton::Close:
-      return events_->cmdClose_Click();
-    case WindowButton::Continue:
-      return events_->cmdContinue_Click();
-    case WindowButton::Install360:
-      return events_->cmdInstall360_Click();
-  }
+  if (events_ != nullptr) zent::RaiseClick(*events_, button);
 }
 
 void Win32UpdateWindow::CloseClicked() {

@@ -5,6 +5,8 @@
 #include <string>
 #include <utility>
 
+#include "platform/win32/WideText.h"
+
 namespace zent {
 namespace {
 
@@ -22,15 +24,6 @@ DWORD WaitTime(std::optional<std::chrono::milliseconds> wait) {
 bool IsTyping(const INPUT_RECORD& event) {
   return event.EventType == KEY_EVENT && event.Event.KeyEvent.bKeyDown != FALSE &&
          event.Event.KeyEvent.uChar.UnicodeChar != 0;
-}
-
-std::string Utf8Of(const std::wstring& wide) {
-  const int size = static_cast<int>(wide.size());
-  const int length =
-      WideCharToMultiByte(CP_UTF8, 0, wide.data(), size, nullptr, 0, nullptr, nullptr);
-  std::string utf8(static_cast<std::size_t>(length), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, wide.data(), size, utf8.data(), length, nullptr, nullptr);
-  return utf8;
 }
 
 }  // namespace

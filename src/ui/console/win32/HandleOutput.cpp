@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string>
 #include <string_view>
+
+#include "platform/win32/WideText.h"
 
 namespace zent {
 namespace {
@@ -10,10 +13,7 @@ namespace {
 constexpr std::size_t kLongestConsoleWrite = 8000;  // characters; a console refuses too many
 
 void WriteToConsole(HANDLE console, std::string_view utf8) {
-  const int size = static_cast<int>(utf8.size());
-  const int length = MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, nullptr, 0);
-  std::wstring wide(static_cast<std::size_t>(length), L'\0');
-  MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, wide.data(), length);
+  const std::wstring wide = WideOf(utf8);
   for (std::size_t at = 0; at < wide.size(); at += kLongestConsoleWrite) {
     const std::size_t count = std::min(wide.size() - at, kLongestConsoleWrite);
     DWORD written = 0;
