@@ -13,6 +13,13 @@ bool IsNameByte(char c) {
 
 }  // namespace
 
+RuntimeError Unusable(std::string_view xpath, const std::string& reason, int number) {
+  constexpr std::size_t kMostShown = 200;
+  std::string shown(xpath.substr(0, kMostShown));
+  if (xpath.size() > kMostShown) shown += "...";
+  return {number, "The XPath expression \"" + shown + "\" cannot be used: " + reason};
+}
+
 std::optional<std::string> FirstPrefix(std::string_view xpath) {
   for (std::size_t at = 0; at < xpath.size(); ++at) {
     const char mark = xpath[at];
