@@ -9,6 +9,7 @@
 #include <unordered_set>
 
 #include "xml/Charset.h"
+#include "xml/ChildIndexes.h"
 #include "xml/Document.h"
 
 namespace zent::xml {
@@ -47,6 +48,7 @@ struct Document::State {
   std::size_t room = 0;                ///< bytes that copies and texts may still add
   std::unordered_set<xmlNode*> loose;  ///< tops of what stands outside the tree
   LibraryPtr<xmlXPathContext> xpath;   ///< made for the first selection
+  ChildIndexes indexes;                ///< told of every change
 };
 
 struct DocumentAccess {

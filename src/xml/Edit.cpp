@@ -83,20 +83,23 @@ Status CheckPlace(const xmlNode* node, const Place& place) {
 }
 
 void TakeOut(DocumentAccess::State& state, xmlNode* node) {
+  xmlNode* const parent = node->parent;
   xmlUnlinkNode(node);
   state.loose.insert(node);
+  state.indexes.Changed(parent);
 }
 
 /// By hand: the library's own calls join neighbouring texts and free the one that was added.
 void PutIn(DocumentAccess::State& state, xmlNode* node, const Place& place) {
+  if (node->parent != nullptr) TakeOut(state, node);
   state.loose.erase(node);
-  xmlUnlinkNode(node);
   node->parent = place.parent;
   node->next = place.before;
   node->prev = place.before == nullptr ? place.parent->last : place.before->prev;
   (node->prev == nullptr ? place.parent->children : node->prev->next) = node;
   (place.before == nullptr ? place.parent->last : place.before->prev) = node;
   if (node->type == XML_ELEMENT_NODE) SettleNamespaces(node);
+  state.indexes.Changed(node);
 }
 
 /// Puts `node` there if it may stand there.
@@ -180,6 +183,7 @@ Status Document::SetText(Node node, std::string_view text) {
   xmlNode* const raw = NodeAccess::Raw(node);
   if (raw->type != XML_ELEMENT_NODE && raw->type != XML_ATTRIBUTE_NODE) {
     xmlNodeSetContent(raw, XmlText(std::string(text)));
+    state_->indexes.Changed(raw);
     return {};
   }
   while (raw->children != nullptr) TakeOut(*state_, raw->children);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
+#include <string>
 #include <utility>
 
 #include "xml/PlainTests.h"
@@ -18,7 +20,8 @@ struct Progress {
 
 class Walk {
  public:
-  Walk(const PlainPath& path, Wanted wanted) : path_(path), wanted_(wanted) {}
+  Walk(const PlainPath& path, Wanted wanted, ChildIndexes& indexes)
+      : path_(path), wanted_(wanted), indexes_(indexes) {}
 
   std::vector<xmlNode*> From(xmlNode* node) {
     Follow(node, 0);
@@ -37,14 +40,40 @@ class Walk {
     if (step.attribute) return TakeAttributes(node, step);
     if (!HasContent(node)) return;
     std::vector<Progress> progress(step.predicates.size());
-    for (xmlNode* child = node->children; child != nullptr && !HasEnough(); child = child->next) {
-      if (IsElementCalled(child, step.name)) Filter(child, step_number, 0, progress);
+    const PlainTest* const test = IndexedTest(step);
+    std::optional<std::vector<xmlNode*>> known;
+    if (test != nullptr) known = indexes_.Find(node, step.name, *test);
+    if (known) {
+      for (xmlNode* child : *known) Filter(child, step_number, 0, progress);
+    } else {
+      const std::size_t seen = FilterAll(node, step_number, progress);
+      if (test != nullptr) indexes_.Scanned(node, step.name, *test, seen);
     }
     // Which node is the last one is known behind all of them; this may let it reach another last().
     for (std::size_t i = 0; i < progress.size() && !HasEnough(); ++i) {
       if (step.predicates[i].kind != Kind::Last || progress[i].latest == nullptr) continue;
       Filter(progress[i].latest, step_number, i + 1, progress);
     }
+  }
+
+  /// The test of the first predicate that an index can answer, or null.
+  static const PlainTest* IndexedTest(const PlainStep& step) {
+    if (step.name.empty() || step.predicates.empty()) return nullptr;
+    const std::vector<PlainTest>& tests = step.predicates.front().tests;
+    const auto with_value = [](const PlainTest& test) { return test.value.has_value(); };
+    const auto at = std::find_if(tests.begin(), tests.end(), with_value);
+    return at == tests.end() ? nullptr : &*at;
+  }
+
+  /// Takes all children on, one by one. Returns how many it looked at.
+  std::size_t FilterAll(xmlNode* node, std::size_t step_number, std::vector<Progress>& progress) {
+    const std::string& name = path_.steps[step_number].name;
+    std::size_t seen = 0;
+    for (xmlNode* child = node->children; child != nullptr && !HasEnough(); child = child->next) {
+      ++seen;
+      if (IsElementCalled(child, name)) Filter(child, step_number, 0, progress);
+    }
+    return seen;
   }
 
   /// Takes `child` past the predicates from number `first` on, and if they let it on to the rest.
@@ -76,13 +105,16 @@ class Walk {
 
   const PlainPath& path_;
   Wanted wanted_;
+  ChildIndexes& indexes_;
   std::vector<xmlNode*> found_;
 };
 
 }  // namespace
 
-std::vector<xmlNode*> WalkPlainPath(const PlainPath& path, xmlNode* from, Wanted wanted) {
-  return Walk(path, wanted).From(path.absolute ? reinterpret_cast<xmlNode*>(from->doc) : from);
+std::vector<xmlNode*> WalkPlainPath(const PlainPath& path, xmlNode* from, Wanted wanted,
+                                    ChildIndexes& indexes) {
+  xmlNode* const start = path.absolute ? reinterpret_cast<xmlNode*>(from->doc) : from;
+  return Walk(path, wanted, indexes).From(start);
 }
 
 }  // namespace zent::xml

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "base/Utf.h"
+#include "xml/DocumentState.h"
 #include "xml/LibrarySelect.h"
 #include "xml/PlainPath.h"
 #include "xml/PlainWalk.h"
@@ -28,7 +29,9 @@ Status CheckText(std::string_view xpath) {
 
 /// What `path` leads to from `from`.
 std::vector<Node> Walked(const PlainPath& path, Node from, Wanted wanted) {
-  const std::vector<xmlNode*> found = WalkPlainPath(path, NodeAccess::Raw(from), wanted);
+  xmlNode* const start = NodeAccess::Raw(from);
+  ChildIndexes& indexes = DocumentAccess::Of(start->doc).indexes;
+  const std::vector<xmlNode*> found = WalkPlainPath(path, start, wanted, indexes);
   std::vector<Node> nodes;
   nodes.reserve(found.size());
   std::transform(found.begin(), found.end(), std::back_inserter(nodes), NodeAccess::Handle);
