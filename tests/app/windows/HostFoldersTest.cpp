@@ -44,11 +44,5 @@ TEST(HostFolders, NamesAFolderInTheLettersOfTheSystem) {
   EXPECT_EQ(AnsiFolder(path + "\\\xE4\xB8\xAD"), path + "\\\xE4\xB8\xAD") << "there is none";
 }
 
-TEST(HostFolders, KeepsEveryCharacterBothWays) {
-  for (const char* text : {"", "Korvo", "M\xC3\xBCller \xF0\x9F\x98\x80"}) {
-    EXPECT_EQ(Utf8Of(WideOf(text)), text);
-  }
-}
-
 }  // namespace
 }  // namespace zent
