@@ -23,9 +23,9 @@ std::string BigFile(int items) {
   std::string text = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\r\n<a>\r\n";
   for (int i = 0; i < items; ++i) {
     const std::string number = std::to_string(i);
-    text += "  <b id='" + number + "'>\r\n    <ID>Item" + number +
-            "</ID>\r\n    <Control>\r\n      <Caption>One | Two | " + std::string(90, 'x') +
-            "</Caption>\r\n    </Control>\r\n  </b>\r\n";
+    text.append("  <b id='").append(number).append("'>\r\n    <ID>Item").append(number);
+    text.append("</ID>\r\n    <Control>\r\n      <Caption>One | Two | ").append(90, 'x');
+    text.append("</Caption>\r\n    </Control>\r\n  </b>\r\n");
   }
   return text + "</a>\r\n";
 }

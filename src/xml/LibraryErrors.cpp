@@ -36,11 +36,11 @@ namespace {
 
 void StartLibrary() {
   // The library wants its first call to be made by one thread.
-  static const bool kStarted = [] {
+  static const bool started = [] {
     xmlInitParser();
     return true;
   }();
-  static_cast<void>(kStarted);
+  static_cast<void>(started);
 }
 
 // Some faults of an expression are written as text only, beside the error that is reported.

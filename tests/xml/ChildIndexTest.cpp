@@ -19,9 +19,10 @@ constexpr int kItems = 200;
 std::string ManyItems() {
   std::string text = "<!DOCTYPE r [<!ENTITY e \"ab\"><!ENTITY f \"x\">]><r xmlns:p='u'>";
   for (int i = 0; i < kItems; ++i) {
-    const std::string number = std::to_string(i);
-    text += "<i id='" + number + "'><n>" + number + "</n><n>" + std::to_string(i % 7) + "</n></i>";
-    if (i % 10 == 0) text += "<p:i id='" + number + "'/><k id='" + number + "'/>";
+    const std::string id = " id='" + std::to_string(i) + "'";
+    text.append("<i").append(id).append("><n>").append(std::to_string(i)).append("</n><n>");
+    text.append(std::to_string(i % 7)).append("</n></i>");
+    if (i % 10 == 0) text.append("<p:i").append(id).append("/><k").append(id).append("/>");
   }
   return text + "<i id='ab&f;'><n>&e;</n></i></r>";
 }

@@ -60,7 +60,7 @@ std::string RandomElement(Dice& dice, int levels) {
 }
 
 std::string RandomTest(Dice& dice) {
-  const std::string of = dice.OneIn(2) ? "@" + dice.Of(kAttributes) : dice.Of(kNames);
+  std::string of = dice.OneIn(2) ? "@" + dice.Of(kAttributes) : dice.Of(kNames);
   if (dice.OneIn(5)) return of;
   const std::string quote = dice.OneIn(2) ? "'" : "\"";
   return of + (dice.OneIn(4) ? " = " : "=") + quote + dice.Of(kValues) + quote;

@@ -97,6 +97,7 @@ struct Edited {
 };
 
 using Edit = std::function<Status(Edited&)>;
+using EditsByName = std::map<std::string, Edit>;
 
 Status AppendCopyOf(Edited& given, std::string_view source) {
   const Document other = Loaded(source);
@@ -104,8 +105,8 @@ Status AppendCopyOf(Edited& given, std::string_view source) {
                                given.document.Copy(other.root().FirstChild()).value());
 }
 
-const std::map<std::string, Edit>& Edits() {
-  static const std::map<std::string, Edit> kEdits = {
+EditsByName EditsOfElements() {
+  return {
       {"insertBefore a clone from the other document",
        [](Edited& given) {
          return given.document.InsertBefore(given.CopyOf("/root/Items/Item"),
@@ -136,6 +137,11 @@ const std::map<std::string, Edit>& Edits() {
          return given.document.InsertBefore(given.CopyOf("/root/Version"),
                                             given.document.root().FirstChild());
        }},
+  };
+}
+
+EditsByName EditsOfContent() {
+  return {
       {"createElement, set text, insert",
        [](Edited& given) {
          const Node element = given.document.CreateElement("ABCVersion").value();
@@ -169,19 +175,25 @@ const std::map<std::string, Edit>& Edits() {
          return Status();
        }},
   };
-  return kEdits;
+}
+
+EditsByName Edits() {
+  EditsByName all = EditsOfElements();
+  all.merge(EditsOfContent());
+  return all;
 }
 
 TEST(RecordedEdits, MakeTheSameTree) {
   const json recorded = TestJson("edits.json");
   const Document system = Loaded(recorded["system_copy"].get<std::string>());
   const std::string system_before = Saved(system);
-  EXPECT_EQ(recorded["rows"].size(), Edits().size());
+  const EditsByName edits = Edits();
+  EXPECT_EQ(recorded["rows"].size(), edits.size());
   for (const json& row : recorded["rows"]) {
     SCOPED_TRACE(row["what"].get<std::string>());
     Document document = Loaded(BytesOf(row["input"]));
     Edited given{document, system};
-    const Status done = Edits().at(row["what"])(given);
+    const Status done = edits.at(row["what"])(given);
     EXPECT_EQ(done.ok(), !row["fails"].get<bool>());
     if (!document.root()) {
       EXPECT_EQ(row["same_tree"].get<std::string>(), "<?xml version=\"1.0\"?>\n");
