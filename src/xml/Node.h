@@ -62,8 +62,9 @@ class Node {
 
   /// The first node in document order that `xpath` (1.0) selects from this node, or no node. An
   /// error where the expression does not compile, has a result other than nodes, uses a prefix
-  /// (none is declared) or costs too much. A node whose text holds entities equals no text in a
-  /// comparison; functions on texts (string, contains) see what they stand for.
+  /// (none is declared) or costs too much. A text that holds an entity within
+  /// its first two bytes equals no text in a comparison; functions on texts (string, contains) see
+  /// what they stand for.
   Result<Node> SelectFirst(std::string_view xpath) const;
 
   /// All nodes that `xpath` selects, in document order; errors as above.

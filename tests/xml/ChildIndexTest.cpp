@@ -140,6 +140,23 @@ TEST(ChildIndexes, StayRightWhileTheDocumentChanges) {
   EXPECT_GT(document.root().Children().size(), 20U);
 }
 
+TEST(ChildIndexes, SeeWhatIsLeftOfATextOfWhichAPartIsTaken) {
+  Document document = Loaded(ManyItems());
+  const Node name = First(document, "/r/i[@id='150']/n[1]");
+  const Document parts = Loaded("<a>x<!--c-->y<!--c-->z</a>");
+  const Node copy = document.Copy(parts.root()).value();
+  ASSERT_TRUE(document.SetText(name, "").ok());
+  for (const Node part : copy.Children()) ASSERT_TRUE(document.Append(name, part).ok());
+  for (int i = 0; i < 20; ++i) ExpectSameAsLibrary(document, "/r/i[n='xyz']");
+  EXPECT_TRUE(First(document, "/r/i[n='xyz']"));
+
+  ASSERT_TRUE(document.Remove(name.FirstChild()).ok());
+  EXPECT_EQ(First(document, "/r/i[n='yz']"), name.Parent());
+  ASSERT_TRUE(document.Append(document.root(), name.LastChild()).ok());
+  EXPECT_EQ(First(document, "/r/i[n='y']"), name.Parent());
+  EXPECT_FALSE(First(document, "/r/i[n='yz']"));
+}
+
 TEST(ChildIndexes, StayRightWhenMuchChangesBetweenQuestions) {
   Document document = Loaded(ManyItems());
   std::mt19937 random(4712);
