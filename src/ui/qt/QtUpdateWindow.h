@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "ui/UpdateWindow.h"
 #include "ui/RepaintPace.h"
+#include "ui/UpdateWindow.h"
 
 class QApplication;
 class QEventLoop;
