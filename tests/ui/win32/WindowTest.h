@@ -65,6 +65,8 @@ class Win32WindowTest : public ::testing::Test {
     while (person.wait_for(std::chrono::milliseconds(0)) != std::future_status::ready) {
       window.ProcessEvents(std::chrono::milliseconds(10));
     }
+    // What the person did last.
+    window.ProcessEvents(std::chrono::milliseconds(0));
     return person.get();
   }
 
