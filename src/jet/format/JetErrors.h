@@ -1,0 +1,60 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "base/RuntimeError.h"
+#include "jet/format/Layout.h"
+
+/// Errors of the engine: the numbers and texts of DAO, source "DAO".
+namespace zent::jet {
+
+inline constexpr int kInvalidArgument = 3001;
+inline constexpr int kTableExists = 3010;
+inline constexpr int kObjectNotFound = 3011;
+inline constexpr int kUpdateWithoutEdit = 3020;
+inline constexpr int kNoCurrentRecord = 3021;
+inline constexpr int kDuplicateKey = 3022;
+inline constexpr int kDatabaseNotFound = 3024;
+inline constexpr int kDiskSpace = 3026;
+inline constexpr int kReadOnly = 3027;
+inline constexpr int kInvalidPassword = 3031;
+inline constexpr int kDatabaseInUse = 3045;
+inline constexpr int kRecordTooLarge = 3047;
+inline constexpr int kCannotOpenDatabase = 3049;  ///< not a database, or damaged
+inline constexpr int kCannotOpenFile = 3051;      ///< rights
+inline constexpr int kNullInKey = 3058;
+inline constexpr int kTooFewParameters = 3061;
+inline constexpr int kSyntaxError = 3075;
+inline constexpr int kNoSuchTable = 3078;
+inline constexpr int kInvalidName = 3125;
+inline constexpr int kFieldTooSmall = 3163;
+inline constexpr int kRecordDeleted = 3167;
+inline constexpr int kDatabaseTooLarge = 3183;
+inline constexpr int kTooManyFields = 3190;
+inline constexpr int kFieldDefinedTwice = 3191;
+inline constexpr int kRelatedRecordsExist = 3200;
+inline constexpr int kNoRelatedRecord = 3201;
+inline constexpr int kTableInUse = 3211;
+inline constexpr int kInvalidOperation = 3219;
+inline constexpr int kItemNotFound = 3265;
+inline constexpr int kFieldInIndex = 3280;
+inline constexpr int kPrimaryKeyExists = 3283;
+inline constexpr int kIndexExists = 3284;
+inline constexpr int kValueRequired = 3314;
+inline constexpr int kZeroLengthNotAllowed = 3315;
+inline constexpr int kValidationFailed = 3316;
+inline constexpr int kUnrecognizedFormat = 3343;
+inline constexpr int kOpenedExclusively = 3356;
+inline constexpr int kDataTypeConversion = 3421;
+
+/// The error `number` with DAO's text; `subject` is the name that the text holds between quotes.
+RuntimeError JetError(int number, std::string_view subject = {});
+
+/// As JetError, with our own words behind DAO's: "Cannot update. ... (reason)".
+RuntimeError JetErrorBecause(int number, std::string_view reason, std::string_view subject = {});
+
+/// Damage of `page`: kCannotOpenDatabase, ending in "(page 17: `what`)".
+RuntimeError Damaged(PageNumber page, std::string_view what);
+
+}  // namespace zent::jet
