@@ -21,7 +21,7 @@ enum class SlotKind : std::uint8_t {
 
 struct Slot {
   SlotKind kind = SlotKind::Row;
-  ByteView bytes;
+  ByteView bytes = {};
 };
 
 /// Reads a data page. Copies of it are cheap; the page must outlive it.

@@ -24,8 +24,8 @@ struct FileHeader {
   std::uint16_t code_page = 1252;
   std::uint32_t database_key = 0;  ///< 0: pages are not encrypted
   std::uint32_t engine_build = 9756;
-  Date creation_date;    ///< Jet 4; 0 in Jet 3
-  std::string password;  ///< empty: none
+  Date creation_date = {};    ///< Jet 4; 0 in Jet 3
+  std::string password = {};  ///< empty: none
 };
 
 /// The version, from the first bytes of the file. kUnrecognizedFormat for a newer format and

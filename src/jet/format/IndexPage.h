@@ -16,8 +16,8 @@
 namespace zent::jet {
 
 struct IndexEntry {
-  std::string key;
-  RowPointer row;
+  std::string key = {};
+  RowPointer row = {};
   PageNumber child = 0;  ///< nodes: the page whose last entry this is a copy of
 
   bool operator==(const IndexEntry&) const = default;
@@ -35,7 +35,7 @@ struct IndexPage {
   PageNumber previous = 0;
   PageNumber next = 0;
   PageNumber tail = 0;  ///< nodes: the last child, which has no entry; 0: none
-  std::vector<IndexEntry> entries;
+  std::vector<IndexEntry> entries = {};
 
   bool operator==(const IndexPage&) const = default;
 };
@@ -58,6 +58,8 @@ class IndexPageView {
   std::size_t used() const { return count_ == 0 ? 0 : ends_[count_ - 1]; }
 
   std::size_t count() const { return count_; }
+  /// Where entry `i` ends, counted from the first.
+  std::size_t End(std::size_t i) const { return ends_[i]; }
   /// Key of entry `i` in two parts, to be read one after the other.
   std::string_view KeyHead(std::size_t i) const;
   std::string_view KeyTail(std::size_t i) const;
@@ -77,7 +79,6 @@ class IndexPageView {
  private:
   IndexPageView(const Layout& layout, ByteView page) : layout_(&layout), page_(page) {}
   bool FindEntries();
-  bool CheckPrefix();
   std::size_t Begin(std::size_t i) const { return i == 0 ? 0 : ends_[i - 1]; }
   /// Entry `i` as stored.
   ByteView Stored(std::size_t i) const;

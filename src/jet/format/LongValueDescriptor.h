@@ -22,8 +22,8 @@ enum class LongValueKind : std::uint8_t {
 struct LongValueDescriptor {
   LongValueKind kind = LongValueKind::Inline;
   std::uint32_t length = 0;  ///< bytes of the value; rows may hold more
-  RowPointer first;          ///< Single and Chain
-  ByteView data;             ///< Inline
+  RowPointer first = {};     ///< Single and Chain
+  ByteView data = {};        ///< Inline
 };
 
 /// Reads a field. A field of no bytes is an empty value, inline. `page` is for errors.

@@ -15,20 +15,23 @@
 namespace zent::jet {
 
 struct Property {
-  std::string name;
+  std::string name = {};
   ColumnType type = ColumnType::Text;
   std::uint8_t flags = 0;  ///< bit 0: set by data definition
-  std::string data;        ///< bytes as stored; PropertyValue reads them
+  std::string data = {};   ///< bytes as stored; PropertyValue reads them
 
   bool IsDdl() const { return (flags & 1U) != 0; }
   bool operator==(const Property&) const = default;
 };
 
+inline constexpr std::uint16_t kObjectProperties = 0;
+inline constexpr std::uint16_t kColumnProperties = 1;
+
 /// The properties of one owner.
 struct PropertySet {
-  std::string owner;       ///< name of the column; empty for the object itself
-  std::uint16_t kind = 0;  ///< 0 the object, 1 a column; others are kept
-  std::vector<Property> properties;
+  std::string owner = {};                  ///< name of the column; empty for the object itself
+  std::uint16_t kind = kObjectProperties;  ///< other kinds are kept
+  std::vector<Property> properties = {};
 
   /// The property of that name, whatever its case, or null.
   const Property* Find(std::string_view name) const;
@@ -41,8 +44,9 @@ struct PropertySet {
 
 /// All properties of an object.
 struct PropertyBlob {
-  std::vector<std::string> names;  ///< as the file lists them; may hold names that no value uses
-  std::vector<PropertySet> sets;
+  std::vector<std::string> names =
+      {};  ///< as the file lists them; may hold names that no value uses
+  std::vector<PropertySet> sets = {};
 
   /// The set of the object itself (`column` empty) or of a column, or null.
   const PropertySet* Find(std::string_view column) const;

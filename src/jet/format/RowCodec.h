@@ -29,7 +29,7 @@ class RowView {
   /// True when the bit of `column` is set: not null, or the value of a bool column.
   bool Has(const ColumnDefinition& column) const {
     return column.number < column_count_ &&
-           (row_[mask_ + column.number / 8U] >> (column.number % 8U) & 1U) != 0;
+           (row_[mask_ + column.number / 8U] & (1U << (column.number % 8U))) != 0;
   }
 
   enum class FieldState : std::uint8_t { Null, Present, Damaged };
@@ -50,6 +50,7 @@ class RowView {
   std::size_t variable_count_ = 0;
   std::size_t offsets_ = 0;  ///< place of the offset of slot 0
   std::size_t jumps_ = 0;    ///< Jet 3: jump bytes in use
+  bool trailer_ = false;     ///< there are offsets of variable fields
 };
 
 /// Builds the rows of one table, one after the other, in one buffer. Jet 4 alone.

@@ -26,7 +26,7 @@ inline constexpr std::uint8_t kHyperlinkColumn = 0x80;
 inline constexpr std::uint8_t kCompressedColumn = 0x01;  ///< of the extended flags
 
 struct ColumnDefinition {
-  std::string name;
+  std::string name = {};
   ColumnType type = ColumnType::Long;
   std::uint16_t number = 0;   ///< place in the null mask; never used again in the table
   std::uint16_t slot = 0;     ///< variable slot; for fixed columns the slots given out before
@@ -65,8 +65,8 @@ struct IndexColumn {
 
 /// A tree on disk. Several logical indexes may share it.
 struct RealIndex {
-  std::vector<IndexColumn> columns;
-  RowPointer map;  ///< usage map: the pages of the tree
+  std::vector<IndexColumn> columns = {};
+  RowPointer map = {};  ///< usage map: the pages of the tree
   PageNumber root = 0;
   std::uint8_t flags = kAccessIndex;
   std::uint32_t rows_at_compaction = 0;  ///< informational
@@ -84,7 +84,7 @@ enum class ForeignSide : std::uint8_t { None = 0, Referenced = 1, Referring = 2 
 
 /// A named index.
 struct LogicalIndex {
-  std::string name;
+  std::string name = {};
   std::uint32_t number = 0;  ///< identity within the table; partners name it
   std::uint32_t real = 0;    ///< position in TableDefinition::real_indexes
   IndexKind kind = IndexKind::Ordinary;
@@ -99,8 +99,8 @@ struct LogicalIndex {
 /// Usage maps of a memo or OLE column. Page 0: the column has none (Jet 3).
 struct LongValueMaps {
   std::uint16_t column = 0;
-  RowPointer owned;
-  RowPointer free;
+  RowPointer owned = {};
+  RowPointer free = {};
   bool operator==(const LongValueMaps&) const = default;
 };
 
@@ -111,12 +111,12 @@ struct TableDefinition {
   std::uint8_t kind = 'N';           ///< 'N' user table, 'S' system table
   std::uint16_t max_columns = 0;     ///< number of the next new column; counts dropped ones
   std::uint16_t variable_slots = 0;  ///< counts dropped ones
-  RowPointer owned_map;
-  RowPointer free_map;
-  std::vector<ColumnDefinition> columns;  ///< in the order of the file, not of the numbers
-  std::vector<RealIndex> real_indexes;
-  std::vector<LogicalIndex> logical_indexes;
-  std::vector<LongValueMaps> long_value_maps;
+  RowPointer owned_map = {};
+  RowPointer free_map = {};
+  std::vector<ColumnDefinition> columns = {};  ///< in the order of the file, not of the numbers
+  std::vector<RealIndex> real_indexes = {};
+  std::vector<LogicalIndex> logical_indexes = {};
+  std::vector<LongValueMaps> long_value_maps = {};
   /// Bytes 24 to 39 of Jet 4: the autonumber's step, then leftovers.
   std::array<std::uint8_t, 16> leftovers = {1};
 
