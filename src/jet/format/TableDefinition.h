@@ -72,6 +72,8 @@ struct RealIndex {
   std::uint32_t rows_at_compaction = 0;  ///< informational
   std::uint32_t distinct_keys = 0;       ///< ever added; informational
   std::uint32_t leftover = 0;            ///< Jet 4; kept
+  /// What stands where the order of unused columns would; kept.
+  std::array<std::uint8_t, kMaxIndexColumns> unused_orders = {};
 
   bool IsUnique() const { return (flags & kUniqueIndex) != 0; }
   bool IgnoresNulls() const { return (flags & kIgnoreNullsIndex) != 0; }

@@ -37,7 +37,11 @@ void ReadRealIndex(const Layout& layout, ByteView at, RealIndex& index) {
   for (std::size_t i = 0; i < kMaxIndexColumns; ++i) {
     const std::size_t part = place.columns + 3 * i;
     const std::uint16_t column = LoadU16(at, part);
-    if (column != kNoColumn) index.columns.push_back({column, at[part + 2] == 1});
+    if (column == kNoColumn) {
+      index.unused_orders[i] = at[part + 2];
+    } else {
+      index.columns.push_back({column, at[part + 2] == 1});
+    }
   }
   index.map = RowPointer::FromPacked(LoadU32(at, place.map));
   index.root = LoadU32(at, place.root);

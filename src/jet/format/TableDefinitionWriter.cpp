@@ -91,7 +91,8 @@ class Writer {
       const std::size_t part = place.columns + 3 * i;
       const bool used = i < index.columns.size();
       StoreU16(at, part, used ? index.columns[i].column : kNoColumn);
-      at[part + 2] = used && index.columns[i].ascending ? 1 : 0;
+      at[part + 2] = index.unused_orders[i];
+      if (used) at[part + 2] = index.columns[i].ascending ? 1 : 0;
     }
     StoreU32(at, place.map, index.map.packed());
     StoreU32(at, place.root, index.root);
