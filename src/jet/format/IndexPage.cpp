@@ -9,7 +9,6 @@ namespace zent::jet {
 namespace {
 
 constexpr std::size_t kLeafPointer = 4;  // of a leaf's entry, behind the key: page and row
-constexpr std::size_t kNodePointer = 8;  // and the child
 
 int Sign(int order) { return (order > 0 ? 1 : 0) - (order < 0 ? 1 : 0); }
 
@@ -47,10 +46,10 @@ bool IndexPageView::FindEntries() {
   for (std::size_t byte = 0; byte < mask.size(); ++byte) {
     for (unsigned bits = mask[byte]; bits != 0; bits &= bits - 1) {
       const std::size_t end = 8 * byte + static_cast<std::size_t>(std::countr_zero(bits));
-      const std::size_t length = end - begin;
-      const bool complete = count_ == 0;
-      if (end > room || length < PointerSize()) return false;
-      if (complete && prefix_ > length - PointerSize()) return false;
+      if (end > room || end <= begin || count_ == kMaxEntries) return false;
+      const std::size_t stored = end - begin;
+      if (count_ == 0 && prefix_ > stored) return false;
+      if (stored + (count_ == 0 ? 0 : prefix_) < PointerSize()) return false;
       ends_[count_++] = static_cast<std::uint16_t>(end);
       begin = end;
     }
@@ -63,13 +62,23 @@ ByteView IndexPageView::Stored(std::size_t i) const {
   return page_.subspan(layout_->index_page.entries + begin, ends_[i] - begin);
 }
 
+std::size_t IndexPageView::KeySize(std::size_t i) const {
+  return ends_[i] - Begin(i) + (i == 0 ? 0 : prefix_) - PointerSize();
+}
+
+std::uint8_t IndexPageView::PointerByte(std::size_t i, std::size_t k) const {
+  const std::size_t at = KeySize(i) + k;
+  const std::size_t left_out = i == 0 ? 0 : prefix_;
+  return at < left_out ? Stored(0)[at] : Stored(i)[at - left_out];
+}
+
 std::string_view IndexPageView::KeyHead(std::size_t i) const {
-  return i == 0 ? std::string_view() : AsText(page_.subspan(layout_->index_page.entries, prefix_));
+  if (i == 0) return {};
+  return AsText(Stored(0).first(std::min(prefix_, KeySize(i))));
 }
 
 std::string_view IndexPageView::KeyTail(std::size_t i) const {
-  const ByteView stored = Stored(i);
-  return AsText(stored.first(stored.size() - PointerSize()));
+  return AsText(Stored(i).first(KeySize(i) - KeyHead(i).size()));
 }
 
 std::string IndexPageView::Key(std::size_t i) const {
@@ -79,14 +88,15 @@ std::string IndexPageView::Key(std::size_t i) const {
 }
 
 RowPointer IndexPageView::Row(std::size_t i) const {
-  const ByteView stored = Stored(i);
-  const ByteView pointer = stored.subspan(stored.size() - PointerSize());
-  return {.page = LoadBigU24(pointer, 0), .row = pointer[3]};
+  const std::array<std::uint8_t, 3> page = {PointerByte(i, 0), PointerByte(i, 1),
+                                            PointerByte(i, 2)};
+  return {.page = LoadBigU24(page, 0), .row = PointerByte(i, 3)};
 }
 
 PageNumber IndexPageView::Child(std::size_t i) const {
-  const ByteView stored = Stored(i);
-  return LoadBigU32(stored, stored.size() - (kNodePointer - kLeafPointer));
+  std::array<std::uint8_t, 4> child = {};
+  for (std::size_t k = 0; k < child.size(); ++k) child[k] = PointerByte(i, kLeafPointer + k);
+  return LoadBigU32(child, 0);
 }
 
 int IndexPageView::Compare(std::size_t i, std::string_view key, RowPointer row) const {

@@ -12,7 +12,8 @@
 #include "jet/format/Layout.h"
 
 /// Pages of an index tree. Entries ascend by key (as unsigned bytes), then page, then row. All but
-/// the first leave out the prefix that the page shares.
+/// the first leave out the prefix that the page shares. The application lets a prefix run on into
+/// the row pointers where these begin alike; that is read, and never written.
 namespace zent::jet {
 
 struct IndexEntry {
@@ -82,6 +83,9 @@ class IndexPageView {
   std::size_t Begin(std::size_t i) const { return i == 0 ? 0 : ends_[i - 1]; }
   /// Entry `i` as stored.
   ByteView Stored(std::size_t i) const;
+  std::size_t KeySize(std::size_t i) const;
+  /// Byte `k` of what follows the key.
+  std::uint8_t PointerByte(std::size_t i, std::size_t k) const;
   std::size_t PointerSize() const { return leaf_ ? 4 : 8; }
 
   static constexpr std::size_t kMaxEntries = 1024;

@@ -128,8 +128,9 @@ bool BuildIndexPage(JetVersion version, const IndexPage& content, MutableBytes p
 bool InsertEntry(const IndexPageView& view, JetVersion version, std::size_t at,
                  const IndexEntry& entry, MutableBytes page) {
   const std::size_t prefix = view.count() == 0 ? 0 : view.prefix();
-  if (prefix > 0 && (at == 0 || !std::string_view(entry.key).starts_with(view.KeyHead(1)))) {
-    return false;
+  if (prefix > 0) {
+    if (at == 0 || view.count() < 2 || view.KeyHead(1).size() < prefix) return false;
+    if (!std::string_view(entry.key).starts_with(view.KeyHead(1))) return false;
   }
   const std::size_t size = entry.key.size() - prefix + PointerSize(view.leaf());
   if (view.used() + size > IndexPageRoom(version)) return false;
