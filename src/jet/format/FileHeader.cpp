@@ -133,7 +133,9 @@ Status WriteFileHeader(const FileHeader& header, MutableBytes page) {
   StoreU32(page, kVersionOffset, 1);
   StoreU32(page, kGlobalMapOffset, kGlobalMap.packed());
   StoreU32(page, kGlobalMapOffset + 4, RowPointer{.page = kGlobalMapPage, .row = 1}.packed());
-  for (PageNumber i = 0; i < 4; ++i) StoreU32(page, kSystemPagesOffset + 4 * i, kObjectsPage + i);
+  for (std::size_t i = 0; i < 4; ++i) {
+    StoreU32(page, kSystemPagesOffset + 4 * i, kObjectsPage + static_cast<PageNumber>(i));
+  }
   StoreU16(page, kCodePageOffset, header.code_page);
   StoreU32(page, kKeyOffset, header.database_key);
   StoreU32(page, kBuildOffset, header.engine_build);

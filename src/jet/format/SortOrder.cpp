@@ -49,13 +49,12 @@ constexpr std::array<std::uint16_t, 256> kLatin4 = LatinRuns(kOrder4);
 constexpr std::array<std::uint16_t, 256> kLatin3 = LatinRuns(kOrder3);
 
 SortEntry EntryOf(const SortRun& run, char16_t unit) {
-  const int k = unit - run.first;
-  return {
-      .sort_class = run.sort_class,
-      .code_size = run.code_size,
-      .weight_size = run.weight_size,
-      .code = static_cast<std::uint32_t>(static_cast<std::int64_t>(run.code) + k * run.code_step),
-      .weight = static_cast<std::uint16_t>(run.weight + k * run.weight_step)};
+  const std::int64_t k = unit - run.first;
+  return {.sort_class = run.sort_class,
+          .code_size = run.code_size,
+          .weight_size = run.weight_size,
+          .code = static_cast<std::uint32_t>(run.code + k * run.code_step),
+          .weight = static_cast<std::uint16_t>(run.weight + k * run.weight_step)};
 }
 
 /// The run of `unit`, or the end: the first one of a sorted range that does not end before it.

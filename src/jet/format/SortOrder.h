@@ -13,8 +13,8 @@ enum class SortClass : std::uint8_t {
   Plain,      ///< has a code
   Counted,    ///< Jet 3: plain, and counts for the places of accents
   Accented,   ///< has a code and a second weight
-  Kana2,      ///< has a code and the mark 2 (hiragana)
-  Kana3,      ///< has a code and the mark 3 (katakana)
+  Kana2,      ///< has a code and the mark 2 (small kana)
+  Kana3,      ///< has a code and the mark 3 (other kana)
   Accent,     ///< no code: adds to the weight of the character before it
   Hidden,     ///< no code: counts only between texts that are otherwise the same
   Ignored,    ///< nothing at all
