@@ -104,7 +104,7 @@ TEST(DataPage, KeepsTheSlotsOfDeletedRows) {
   EXPECT_EQ(RowAt(page, 3), "fourth");
   for (std::uint8_t row = 0; row < 4; ++row) DeleteRow(kVersion, page, row);
   EXPECT_TRUE(HasNoRows(kVersion, page));
-  EXPECT_EQ(RoomForRow(kVersion, page, true), empty + 2 - 4 * 2);
+  EXPECT_EQ(RoomForRow(kVersion, page, true), empty + 2 - 8);
   EXPECT_TRUE(CheckDataPage(kVersion, page, 1).ok());
 }
 
