@@ -10,13 +10,13 @@ namespace zent::jet {
 namespace {
 
 constexpr SortRun kOrder4[] = {
-#include "jet/format/order/general4.inc"
+#include "jet/format/general4.inc"
 };
 constexpr SortRun kOrder3[] = {
-#include "jet/format/order/general3.inc"
+#include "jet/format/general3.inc"
 };
 constexpr SortRun kMapped3[] = {
-#include "jet/format/order/general3-mapped.inc"
+#include "jet/format/general3-mapped.inc"
 };
 
 constexpr std::size_t kBlocks = 257;
