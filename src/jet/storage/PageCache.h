@@ -92,8 +92,11 @@ class PageCache {
   /// Whether an edit pins any frame.
   bool HasEdits() const { return edits_ > 0; }
 
+  /// Whether any page from `first` on is pinned.
+  bool PinnedFrom(PageNumber first) const;
+
+  /// Takes pages out of the cache. One that is pinned stays as it is for its holder.
   void Drop(PageNumber page);
-  void DropDirty();
   void DropFrom(PageNumber first);
   void DropAll();
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -13,6 +13,7 @@
 #include "jet/format/Layout.h"
 #include "jet/storage/LockFile.h"
 #include "jet/storage/PageCache.h"
+#include "jet/storage/PageFile.h"
 #include "jet/storage/Storage.h"
 
 namespace zent::jet {
@@ -25,18 +26,6 @@ struct PagerOptions {
   std::chrono::milliseconds lock_pause{50};  ///< ... and the pause in between
 };
 
-/// What the pager did so far.
-struct PagerCounters {
-  std::uint64_t read_calls = 0;
-  std::uint64_t pages_read = 0;
-  std::uint64_t write_calls = 0;  ///< to the database, not the journal
-  std::uint64_t pages_written = 0;
-  std::uint64_t pages_journalled = 0;
-  std::uint64_t flushes = 0;  ///< of database and journal
-  std::uint64_t spills = 0;   ///< times that a transaction did not fit the cache
-  std::size_t most_pages_held = 0;
-};
-
 /// The pages of one database file: cached, decrypted, changed in transactions.
 ///
 /// Reading. `Read` gives a pinned view of a page. In a file opened Shared or ReadOnly others may
@@ -47,16 +36,17 @@ struct PagerCounters {
 /// Writing. `Begin`, `Edit` / `Append` / `Shrink`, then `Commit` or `Rollback`; changes outside a
 /// transaction are refused (kInvalidOperation). A transaction is a read scope, and only one at a
 /// time is open in all processes. Before a page of the file is overwritten its old contents are in
-/// the journal (path + "-journal", see Journal.h) and flushed; the file after a commit, or after
-/// one interrupted at any point and the recovery at the next open, is the state after or before the
-/// transaction, byte for byte. A failed change leaves its transaction as it was before the call; a
-/// failed Commit rolls back. If even that fails, every later call fails, and the next open
-/// recovers.
+/// the journal (path + "-journal", see JournalFormat.h) and flushed; the file after a commit, or
+/// after one interrupted at any point and the recovery at the next open, is the state after or
+/// before the transaction, byte for byte. A failed change leaves its transaction as it was before
+/// the call; a failed Commit rolls back. If even that fails, every later call fails, and the next
+/// open recovers.
 ///
 /// Refused before anything changes: writing a file opened ReadOnly or one of Jet 3 (kReadOnly), a
 /// file that would exceed its limit (kDatabaseTooLarge), and writing while a program that does not
 /// take part in our locks has a user slot (kDatabaseInUse).
 ///
+/// The 32 bytes of page 0 from kStampOffset on, which the format leaves zero, are the pager's.
 /// Pinned pages (PageView, PageEdit) must not outlive the pager. One thread at a time.
 class Pager {
  public:
