@@ -26,7 +26,7 @@ Journal::Journal(Storage& storage, std::string path, std::unique_ptr<StoredFile>
 
 Result<std::unique_ptr<Journal>> Journal::Create(Storage& storage, std::string_view database) {
   std::string path = PathFor(database);
-  Result<std::unique_ptr<StoredFile>> file = storage.Create(path, Sharing::Shared);
+  Result<std::unique_ptr<StoredFile>> file = storage.Create(path, Sharing::Shared, database);
   if (file.number() == kFileAlreadyExists) file = storage.Open(path, Sharing::Shared);
   if (!file.ok()) return FileError(file.error());
   // Whether the name of one left over is on disk is not known: it counts as new.

@@ -127,9 +127,10 @@ Result<int> TakeSlot(StoredFile& file) {
   return 0;
 }
 
-Result<std::unique_ptr<StoredFile>> OpenOrCreate(Storage& storage, const std::string& path) {
+Result<std::unique_ptr<StoredFile>> OpenOrCreate(Storage& storage, const std::string& path,
+                                                 std::string_view database) {
   Result<std::unique_ptr<StoredFile>> file = storage.Open(path, Sharing::Shared);
-  if (file.number() == kFileNotFound) file = storage.Create(path, Sharing::Shared);
+  if (file.number() == kFileNotFound) file = storage.Create(path, Sharing::Shared, database);
   return file;
 }
 
@@ -157,7 +158,7 @@ Result<std::unique_ptr<LockFile>> LockFile::Enter(Storage& storage, std::string_
   std::string path = PathFor(database);
   for (int attempt = 0; attempt < kEnterAttempts; ++attempt) {
     if (attempt > 0) storage.Pause(kEnterPause);
-    Result<std::unique_ptr<StoredFile>> file = OpenOrCreate(storage, path);
+    Result<std::unique_ptr<StoredFile>> file = OpenOrCreate(storage, path, database);
     if (!file.ok() && IsPassing(file.number())) continue;
     if (!file.ok()) return OpeningError(file.error(), path, Sharing::Shared);
     const Result<int> slot = TakeSlot(*file.value());

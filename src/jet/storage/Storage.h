@@ -79,8 +79,11 @@ class Storage {
   virtual Result<std::unique_ptr<StoredFile>> Open(std::string_view path, Sharing sharing) = 0;
 
   /// Creates an empty file and opens it (not ReadOnly). kFileAlreadyExists when there is one: of
-  /// two callers at the same time exactly one succeeds.
-  virtual Result<std::unique_ptr<StoredFile>> Create(std::string_view path, Sharing sharing) = 0;
+  /// two callers at the same time exactly one succeeds. The file gets the owner and the rights of
+  /// the file `like`, as far as the system keeps those per file and lets us; the usual ones where
+  /// `like` is empty or missing.
+  virtual Result<std::unique_ptr<StoredFile>> Create(std::string_view path, Sharing sharing,
+                                                     std::string_view like) = 0;
 
   /// Deletes a file. One that others hold open is kPermissionDenied where the system refuses that,
   /// else its name goes and they keep what they have.

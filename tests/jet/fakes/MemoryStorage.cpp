@@ -74,7 +74,8 @@ Result<std::unique_ptr<StoredFile>> MemoryStorage::Open(std::string_view path, S
   return std::unique_ptr<StoredFile>(new MemoryFile(*machine_, found->second, sharing));
 }
 
-Result<std::unique_ptr<StoredFile>> MemoryStorage::Create(std::string_view path, Sharing sharing) {
+Result<std::unique_ptr<StoredFile>> MemoryStorage::Create(std::string_view path, Sharing sharing,
+                                                          std::string_view /*like*/) {
   if (Status change = machine_->Change(); !change.ok()) return change.error();
   if (machine_->forbids_writing) return StandardError(kPathFileAccess);
   if (names_.contains(path)) return StandardError(kFileAlreadyExists);

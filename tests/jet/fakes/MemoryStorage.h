@@ -65,7 +65,8 @@ class MemoryStorage final : public Storage {
   std::unique_ptr<MemoryStorage> AfterPowerLoss(const PowerLoss& loss) const;
 
   Result<std::unique_ptr<StoredFile>> Open(std::string_view path, Sharing sharing) override;
-  Result<std::unique_ptr<StoredFile>> Create(std::string_view path, Sharing sharing) override;
+  Result<std::unique_ptr<StoredFile>> Create(std::string_view path, Sharing sharing,
+                                             std::string_view like) override;
   Status Delete(std::string_view path) override;
   Result<bool> Exists(std::string_view path) override;
   Status Rename(std::string_view path, std::string_view new_path) override;

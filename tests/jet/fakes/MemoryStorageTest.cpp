@@ -53,7 +53,7 @@ TEST(MemoryStorage, LosesOfWhatWasNotFlushedWhatItIsTold) {
 TEST(MemoryStorage, LosesNamesUntilTheFolderIsFlushed) {
   MemoryStorage storage;
   storage.Put("old", "x");
-  ASSERT_TRUE(storage.Create("new", Sharing::Shared).ok());
+  ASSERT_TRUE(storage.Create("new", Sharing::Shared, {}).ok());
   ASSERT_TRUE(storage.Delete("old").ok());
   const PowerLoss loss{.kind = PowerLoss::LosesAll};
 
@@ -67,7 +67,7 @@ TEST(MemoryStorage, LosesNamesUntilTheFolderIsFlushed) {
 
 TEST(MemoryStorage, FailsAtTheCallItIsTold) {
   MemoryStorage storage;
-  Result<std::unique_ptr<StoredFile>> file = storage.Create("a", Sharing::Exclusive);
+  Result<std::unique_ptr<StoredFile>> file = storage.Create("a", Sharing::Exclusive, {});
   ASSERT_TRUE(file.ok());
   storage.FailAt(2, kDeviceIoError);
 
@@ -80,7 +80,7 @@ TEST(MemoryStorage, FailsAtTheCallItIsTold) {
 
 TEST(MemoryStorage, StopsForGood) {
   MemoryStorage storage;
-  Result<std::unique_ptr<StoredFile>> file = storage.Create("a", Sharing::Exclusive);
+  Result<std::unique_ptr<StoredFile>> file = storage.Create("a", Sharing::Exclusive, {});
   ASSERT_TRUE(file.ok());
   storage.StopAt(2);
 
@@ -96,7 +96,7 @@ TEST(MemoryStorage, HasNoMoreSpaceThanItIsGiven) {
   MemoryStorage storage;
   storage.Put("other", "12345");
   storage.LimitSpace(8);
-  Result<std::unique_ptr<StoredFile>> file = storage.Create("a", Sharing::Exclusive);
+  Result<std::unique_ptr<StoredFile>> file = storage.Create("a", Sharing::Exclusive, {});
   ASSERT_TRUE(file.ok());
 
   EXPECT_EQ(file.value()->WriteAt(0, AsBytes("abcd")).number(), kDiskFull);
@@ -114,7 +114,7 @@ TEST(MemoryStorage, ForbidsWritingWhenToldTo) {
 
   EXPECT_TRUE(storage.Open("a", Sharing::ReadOnly).ok());
   EXPECT_EQ(storage.Open("a", Sharing::Shared).number(), kPathFileAccess);
-  EXPECT_EQ(storage.Create("b", Sharing::Shared).number(), kPathFileAccess);
+  EXPECT_EQ(storage.Create("b", Sharing::Shared, {}).number(), kPathFileAccess);
   EXPECT_EQ(storage.Delete("a").number(), kPathFileAccess);
 }
 

@@ -23,7 +23,7 @@ class StorageContract : public ::testing::Test {
   std::string Path(std::string_view name) const { return machine_.Path(name); }
 
   File Made(std::string_view name, Sharing sharing, std::string_view bytes) {
-    Result<File> file = storage().Create(Path(name), sharing);
+    Result<File> file = storage().Create(Path(name), sharing, {});
     EXPECT_TRUE(file.ok()) << file.status().error().description;
     EXPECT_TRUE(file.value()->WriteAt(0, AsBytes(bytes)).ok());
     return std::move(file.value());
@@ -187,7 +187,8 @@ TYPED_TEST_P(StorageContract, NamesWhatIsMissingOrThere) {
   EXPECT_FALSE(this->storage().Exists(this->Path("none")).value_or(true));
   this->Made("a", Sharing::Shared, "x");
   EXPECT_TRUE(this->storage().Exists(this->Path("a")).value_or(false));
-  EXPECT_EQ(this->storage().Create(this->Path("a"), Sharing::Shared).number(), kFileAlreadyExists);
+  EXPECT_EQ(this->storage().Create(this->Path("a"), Sharing::Shared, {}).number(),
+            kFileAlreadyExists);
   EXPECT_TRUE(this->storage().Delete(this->Path("a")).ok());
   EXPECT_FALSE(this->storage().Exists(this->Path("a")).value_or(true));
 }

@@ -1,0 +1,41 @@
+#include <gtest/gtest.h>
+
+#include "jet/fakes/TestDatabase.h"
+#include "jet/host/posix/PosixStorage.h"
+#include "support/TempFolder.h"
+
+namespace zent::jet::testing {
+namespace {
+
+constexpr PageNumber kPages = 200U * 256;  // 200 MB
+constexpr std::size_t kCachePages = 2048;  // 8 MB
+
+TEST(LargeFile, IsWrittenAndReadWithinTheBoundOfTheCache) {
+  const zent::testing::TempFolder folder;
+  const std::string path = folder.Put("Korvo.mdb", MakeDatabase(1)).string();
+  PosixStorage storage;
+  {
+    const auto pager = Pager::Open(storage, path, Opened(Sharing::Exclusive, kCachePages));
+    ASSERT_TRUE(pager.ok());
+    Transaction transaction(*pager.value());
+    for (PageNumber page = 1; page < kPages; ++page) {
+      ASSERT_TRUE(AddPage(*pager.value(), FirstByte(page)).ok());
+    }
+    ASSERT_TRUE(transaction.Commit().ok());
+    EXPECT_LE(pager.value()->counters().most_pages_held, kCachePages);
+    EXPECT_EQ(pager.value()->counters().pages_written, kPages - 1);
+  }
+  const auto pager = Pager::Open(storage, path, Opened(Sharing::Exclusive, kCachePages));
+  ASSERT_TRUE(pager.ok());
+  ASSERT_EQ(pager.value()->page_count(), kPages);
+  for (PageNumber page = 1; page < kPages; ++page) {
+    ASSERT_EQ(ByteOf(*pager.value(), page), FirstByte(page));
+  }
+  const PagerCounters& counters = pager.value()->counters();
+  EXPECT_EQ(counters.pages_read, kPages - 1);
+  EXPECT_LE(counters.read_calls, kPages / PageFile::kGroup + 10);
+  EXPECT_LE(counters.most_pages_held, kCachePages);
+}
+
+}  // namespace
+}  // namespace zent::jet::testing
