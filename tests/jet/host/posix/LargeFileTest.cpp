@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "jet/fakes/TestDatabase.h"
+#include "jet/format/JetErrors.h"
 #include "jet/host/posix/PosixStorage.h"
 #include "support/TempFolder.h"
 
@@ -35,6 +38,36 @@ TEST(LargeFile, IsWrittenAndReadWithinTheBoundOfTheCache) {
   EXPECT_EQ(counters.pages_read, kPages - 1);
   EXPECT_LE(counters.read_calls, kPages / PageFile::kGroup + 10);
   EXPECT_LE(counters.most_pages_held, kCachePages);
+}
+
+TEST(LargeFile, IsRefusedToOutgrowTheFormat) {
+  const zent::testing::TempFolder folder;
+  const std::string path = folder.Put("Korvo.mdb", MakeDatabase(1)).string();
+  constexpr PageNumber kMost = 524288;  // pages of 2 GB
+  std::filesystem::resize_file(path, (std::uint64_t{kMost} - 1) * kPage);
+  PosixStorage storage;
+  const auto pager = Pager::Open(storage, path, Opened(Sharing::Exclusive, 64));
+  ASSERT_TRUE(pager.ok());
+  {
+    Transaction transaction(*pager.value());
+    ASSERT_TRUE(AddPage(*pager.value(), 0x11).ok());
+    EXPECT_EQ(AddPage(*pager.value(), 0x22).number(), kDatabaseTooLarge);
+    EXPECT_EQ(pager.value()->page_count(), kMost);
+    ASSERT_TRUE(transaction.Commit().ok());
+  }
+  EXPECT_EQ(std::filesystem::file_size(path), std::uint64_t{kMost} * kPage);
+  EXPECT_EQ(ByteOf(*pager.value(), kMost - 1), 0x11);
+  ASSERT_TRUE(pager.value()->Begin().ok());
+  EXPECT_EQ(AddPage(*pager.value(), 0x22).number(), kDatabaseTooLarge);
+  ASSERT_TRUE(pager.value()->Rollback().ok());
+}
+
+TEST(LargeFile, IsRefusedAboveTheLimitOfTheFormat) {
+  const zent::testing::TempFolder folder;
+  const std::string path = folder.Put("Korvo.mdb", MakeDatabase(1)).string();
+  std::filesystem::resize_file(path, std::uint64_t{524289} * kPage);
+  PosixStorage storage;
+  EXPECT_EQ(Pager::Open(storage, path, Opened(Sharing::Exclusive)).number(), kCannotOpenDatabase);
 }
 
 }  // namespace

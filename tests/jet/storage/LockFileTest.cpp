@@ -1,0 +1,119 @@
+#include <gtest/gtest.h>
+
+#include "jet/fakes/MemoryStorage.h"
+#include "jet/fakes/TestDatabase.h"
+#include "jet/format/JetErrors.h"
+#include "jet/storage/LockFile.h"
+
+namespace zent::jet::testing {
+namespace {
+
+struct PathCase {
+  const char* what;
+  const char* database;
+  const char* lock_file;
+};
+
+TEST(LockFile, StandsBesideTheDatabase) {
+  constexpr PathCase kCases[] = {
+      {"the usual ending", "C:\\Data\\Korvo.mdb", "C:\\Data\\Korvo.ldb"},
+      {"in capitals", "C:\\DATA\\KORVO.MDB", "C:\\DATA\\KORVO.ldb"},
+      {"another ending", "/d/korvo.dat", "/d/korvo.dat.ldb"},
+      {"no ending", "korvo", "korvo.ldb"},
+      {"nothing but the ending", ".mdb", ".ldb"},
+  };
+  for (const PathCase& row : kCases) {
+    SCOPED_TRACE(row.what);
+    EXPECT_EQ(LockFile::PathFor(row.database), row.lock_file);
+  }
+}
+
+Result<std::unique_ptr<LockFile>> EnterAs(Storage& storage, std::string computer,
+                                          std::string name = "Admin") {
+  return LockFile::Enter(storage, "a.mdb", {.computer = std::move(computer), .name = name});
+}
+
+TEST(LockFile, HoldsAnEntryOf64Bytes) {
+  MemoryStorage storage;
+  const auto one = EnterAs(storage, "ANNA");
+  const auto two = EnterAs(storage, "M\xC3\x9CLLER", "J\xC3\xBCrgen");
+  ASSERT_TRUE(one.ok() && two.ok());
+  std::string expected(128, '\0');
+  expected.replace(0, 4, "ANNA").replace(32, 5, "Admin");
+  expected.replace(64, 6, "M\xDCLLER").replace(96, 6, "J\xFCrgen");
+  EXPECT_EQ(storage.Bytes("a.ldb"), expected);
+  EXPECT_EQ(two.value()->slot(), 2);
+  EXPECT_EQ(LockFile::UsersOf(storage, "a.mdb").value_or({})[1].name, "J\xC3\xBCrgen");
+}
+
+TEST(LockFile, CutsNamesThatAreTooLong) {
+  MemoryStorage storage;
+  const auto one = EnterAs(storage, std::string(40, 'x'), std::string(32, 'y'));
+  ASSERT_TRUE(one.ok());
+  const std::vector<User> users = one.value()->Users().value_or({});
+  ASSERT_EQ(users.size(), 1U);
+  EXPECT_EQ(users[0].computer, std::string(31, 'x'));
+  EXPECT_EQ(users[0].name, std::string(31, 'y'));
+}
+
+TEST(LockFile, IsTakenOverWhenLeftBehind) {
+  MemoryStorage storage;
+  storage.Put("a.ldb", std::string(64 * 3, 'z'));
+  EXPECT_TRUE(LockFile::UsersOf(storage, "a.mdb").value_or({{}}).empty());
+  {
+    const auto one = EnterAs(storage, "ANNA");
+    ASSERT_TRUE(one.ok());
+    EXPECT_EQ(one.value()->slot(), 1);
+    EXPECT_EQ(one.value()->Users().value_or({}).size(), 1U);
+  }
+  EXPECT_FALSE(storage.Has("a.ldb"));
+}
+
+TEST(LockFile, HasRoomFor255) {
+  MemoryStorage storage;
+  std::vector<std::unique_ptr<LockFile>> users;
+  for (int slot = 1; slot <= 255; ++slot) {
+    auto user = EnterAs(storage, "PC" + std::to_string(slot));
+    ASSERT_TRUE(user.ok());
+    ASSERT_EQ(user.value()->slot(), slot);
+    users.push_back(std::move(user.value()));
+  }
+  EXPECT_EQ(EnterAs(storage, "LATE").number(), kDatabaseInUse);
+  const std::vector<User> all = users[100]->Users().value_or({});
+  ASSERT_EQ(all.size(), 255U);
+  EXPECT_EQ(all[254].computer, "PC255");
+  EXPECT_FALSE(users[0]->HasForeignUser().value_or(true));
+
+  users.erase(users.begin() + 41);
+  const auto next = EnterAs(storage, "NEXT");
+  ASSERT_TRUE(next.ok());
+  EXPECT_EQ(next.value()->slot(), 42);
+}
+
+TEST(LockFile, HasNoUsersWhereThereIsNone) {
+  MemoryStorage storage;
+  EXPECT_TRUE(LockFile::UsersOf(storage, "a.mdb").value_or({{}}).empty());
+  EXPECT_TRUE(storage.Names().empty());
+}
+
+TEST(LockFile, StaysWhileAProgramOfAnotherKindIsThere) {
+  MemoryStorage storage;
+  std::unique_ptr<StoredFile> other;
+  {
+    const auto one = EnterAs(storage, "ANNA");
+    ASSERT_TRUE(one.ok());
+    other = std::move(storage.Open("a.ldb", Sharing::Shared).value());
+    ASSERT_TRUE(other->TryLock(0x10000009, 1, true).value_or(false));
+    EXPECT_TRUE(one.value()->HasForeignUser().value_or(false));
+  }
+  EXPECT_TRUE(storage.Has("a.ldb"));
+}
+
+TEST(LockFile, SaysWhyItCannotBeMade) {
+  MemoryStorage storage;
+  storage.ForbidWriting();
+  EXPECT_EQ(EnterAs(storage, "ANNA").number(), kCannotOpenFile);
+}
+
+}  // namespace
+}  // namespace zent::jet::testing
