@@ -206,7 +206,7 @@ Result<bool> LockFile::HasForeignUser() {
   const Result<std::vector<int>> slots = OtherSlots(*file_, slot_);
   if (!slots.ok()) return slots.error();
   for (const int slot : slots.value()) {
-    const Result<bool> foreign = IsForeign(*file_, slot);
+    Result<bool> foreign = IsForeign(*file_, slot);
     if (!foreign.ok() || foreign.value()) return foreign;
   }
   return false;

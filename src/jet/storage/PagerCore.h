@@ -55,7 +55,7 @@ struct Pager::Core {
   Status Discard();
   void EndTransaction();
   /// Ends the transaction by undoing it; `cause`, unless undoing failed as well.
-  Status Abandon(Status cause);
+  Status Abandon(const Status& cause);
 
   Storage& storage;
   std::string path;

@@ -83,7 +83,7 @@ void Pager::Core::EndTransaction() {
   locks.UnlockForWriting();
 }
 
-Status Pager::Core::Abandon(Status cause) {
+Status Pager::Core::Abandon(const Status& cause) {
   Status discarded = Discard();
   EndTransaction();
   return discarded.ok() ? cause : discarded;

@@ -121,14 +121,14 @@ std::uint8_t ByteOf(Pager& pager, PageNumber page, std::size_t at) {
 }
 
 const std::vector<Change>& SampleChanges() {
-  static const std::vector<Change> kChanges = {
+  static const std::vector<Change> changes = {
       {"pages are changed", ChangePages},
       {"pages are added", AddPages},
       {"pages are cut off, page 0 is changed", CutPages},
       {"more than the cache holds is changed and added", ChangeMoreThanTheCache},
       {"pages are cut off and others added", CutAndAddAgain},
   };
-  return kChanges;
+  return changes;
 }
 
 Status MakeChanges(Storage& storage, std::string_view path, std::size_t count,

@@ -14,12 +14,12 @@ namespace zent::jet::testing {
 namespace {
 
 const std::vector<PowerLoss>& Losses() {
-  static const std::vector<PowerLoss> kLosses = {
+  static const std::vector<PowerLoss> losses = {
       {PowerLoss::KeepsAll, 0},    {PowerLoss::LosesAll, 0},    {PowerLoss::KeepsFirst, 0},
       {PowerLoss::KeepsLast, 0},   {PowerLoss::KeepsOdd, 0},    {PowerLoss::KeepsRandom, 1},
       {PowerLoss::KeepsRandom, 2}, {PowerLoss::KeepsRandom, 3}, {PowerLoss::KeepsRandom, 4},
   };
-  return kLosses;
+  return losses;
 }
 
 /// The file after opening and closing it on `disk`.

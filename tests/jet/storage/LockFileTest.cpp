@@ -30,7 +30,8 @@ TEST(LockFile, StandsBesideTheDatabase) {
 
 Result<std::unique_ptr<LockFile>> EnterAs(Storage& storage, std::string computer,
                                           std::string name = "Admin") {
-  return LockFile::Enter(storage, "a.mdb", {.computer = std::move(computer), .name = name});
+  return LockFile::Enter(storage, "a.mdb",
+                         {.computer = std::move(computer), .name = std::move(name)});
 }
 
 TEST(LockFile, HoldsAnEntryOf64Bytes) {
@@ -58,7 +59,7 @@ TEST(LockFile, CutsNamesThatAreTooLong) {
 
 TEST(LockFile, IsTakenOverWhenLeftBehind) {
   MemoryStorage storage;
-  storage.Put("a.ldb", std::string(64 * 3, 'z'));
+  storage.Put("a.ldb", std::string(192, 'z'));
   EXPECT_TRUE(LockFile::UsersOf(storage, "a.mdb").value_or({{}}).empty());
   {
     const auto one = EnterAs(storage, "ANNA");

@@ -100,6 +100,7 @@ Status Win32File::WriteAt(std::uint64_t offset, ByteView bytes) {
 }
 
 Status Win32File::Resize(std::uint64_t size) {
+  if (!writable_) return StandardError(kPathFileAccess);
   LARGE_INTEGER end = {};
   end.QuadPart = static_cast<LONGLONG>(size);
   if (SetFilePointerEx(handle_, end, nullptr, FILE_BEGIN) == 0 || SetEndOfFile(handle_) == 0) {

@@ -12,7 +12,7 @@ RuntimeError ErrorOfLastCall();
 /// An open file of Windows; owns the handle.
 class Win32File final : public StoredFile {
  public:
-  explicit Win32File(HANDLE handle) : handle_(handle) {}
+  Win32File(HANDLE handle, bool writable) : handle_(handle), writable_(writable) {}
   ~Win32File() override;
   Win32File(const Win32File&) = delete;
   Win32File& operator=(const Win32File&) = delete;
@@ -27,6 +27,7 @@ class Win32File final : public StoredFile {
 
  private:
   HANDLE handle_;
+  bool writable_;
 };
 
 }  // namespace zent::jet

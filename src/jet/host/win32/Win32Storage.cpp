@@ -31,7 +31,7 @@ Result<std::unique_ptr<StoredFile>> OpenAs(std::string_view path, Sharing sharin
   const HANDLE handle =
       CreateFileW(wide.get(), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (handle == INVALID_HANDLE_VALUE) return ErrorOfLastCall();
-  return std::unique_ptr<StoredFile>(new Win32File(handle));
+  return std::unique_ptr<StoredFile>(new Win32File(handle, sharing != Sharing::ReadOnly));
 }
 
 }  // namespace
