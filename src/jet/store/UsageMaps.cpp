@@ -1,0 +1,123 @@
+#include "jet/store/UsageMaps.h"
+
+#include "jet/format/DataPage.h"
+#include "jet/format/JetErrors.h"
+#include "jet/format/UsageMap.h"
+#include "jet/store/MapRow.h"
+
+namespace zent::jet {
+
+Result<std::optional<PageNumber>> UsageMaps::Next(RowPointer map, PageNumber from) {
+  return NextInMap(pager_, map, from);
+}
+
+Result<bool> UsageMaps::Has(RowPointer map, PageNumber page) { return MapHas(pager_, map, page); }
+
+Result<std::vector<PageNumber>> UsageMaps::Pages(RowPointer map) {
+  std::vector<PageNumber> pages;
+  for (PageNumber from = 0;; from = pages.back() + 1) {
+    const Result<std::optional<PageNumber>> next = Next(map, from);
+    if (!next.ok()) return next.error();
+    if (!next.value()) return pages;
+    pages.push_back(*next.value());
+  }
+}
+
+Status UsageMaps::Set(RowPointer map, PageNumber page, bool value) {
+  Result<MapRowEdit> edit = EditMapRow(pager_, map);
+  if (!edit.ok()) return edit.error();
+  const MutableBytes row = edit.value().row;
+  if (row[0] == static_cast<std::uint8_t>(MapKind::Inline)) {
+    if (SetInlineBit(row, page, value) || !value) return {};
+    if (MoveWindow(row, page)) {
+      SetInlineBit(row, page, true);
+      return {};
+    }
+    for (const PageNumber kept : ConvertToReference(row)) {
+      if (Status set = SetInBitmap(row, map, kept, true); !set.ok()) return set;
+    }
+  }
+  return SetInBitmap(row, map, page, value);
+}
+
+Status UsageMaps::SetInBitmap(MutableBytes row, RowPointer map, PageNumber page, bool value) {
+  const JetVersion version = pager_.version();
+  const std::size_t i = page / PagesPerBitmap(version);
+  const bool can_name = i < (row.size() - 1) / 4;
+  const PageNumber bitmap = can_name ? LoadU32(row, 1 + 4 * i) : 0;
+  if (bitmap == 0) {
+    if (!value) return {};
+    if (!can_name) return Damaged(map.page, "a usage map that is too short for the file");
+    Result<PageEdit> added = allocator_.Allocate();
+    if (!added.ok()) return added.error();
+    InitBitmapPage(false, added.value().bytes());
+    SetBitmapBit(version, added.value().bytes(), page, true);
+    SetReference(row, i, added.value().page());
+    return {};
+  }
+  Result<PageEdit> edit = pager_.Edit(bitmap);
+  if (!edit.ok()) return edit.error();
+  const MutableBytes bytes = edit.value().bytes();
+  if (Result<PageBits> bits = OpenBitmapPage(version, bytes, i, bitmap); !bits.ok()) {
+    return bits.error();
+  }
+  SetBitmapBit(version, bytes, page, value);
+  return {};
+}
+
+Result<RowPointer> UsageMaps::Create(PageNumber beside) {
+  const JetVersion version = pager_.version();
+  const std::vector<std::uint8_t> row = NewUsageMapRow(version);
+  if (beside > kRelationshipsPage) {
+    Result<PageEdit> page = pager_.Edit(beside);
+    if (!page.ok()) return page.error();
+    const MutableBytes bytes = page.value().bytes();
+    if (Status checked = CheckDataPage(version, bytes, beside); !checked.ok())
+      return checked.error();
+    if (LoadU32(bytes, pager_.layout().data.owner) != kUsageMapOwner) {
+      return Damaged(beside, "no page of usage maps");
+    }
+    if (const auto slot = InsertRow(version, bytes, row, SlotKind::Row, true)) {
+      return RowPointer{.page = beside, .row = *slot};
+    }
+  }
+  Result<PageEdit> page = allocator_.Allocate();
+  if (!page.ok()) return page.error();
+  InitDataPage(version, kUsageMapOwner, page.value().bytes());
+  const auto slot = InsertRow(version, page.value().bytes(), row, SlotKind::Row, true);
+  return RowPointer{.page = page.value().page(), .row = slot.value_or(0)};
+}
+
+Status UsageMaps::Drop(RowPointer map) {
+  const JetVersion version = pager_.version();
+  Result<MapRowEdit> edit = EditMapRow(pager_, map);
+  if (!edit.ok()) return edit.error();
+  const MutableBytes bytes = edit.value().page.bytes();
+  if (Status checked = CheckDataPage(version, bytes, map.page); !checked.ok()) return checked;
+
+  const MutableBytes row = edit.value().row;
+  if (row[0] == static_cast<std::uint8_t>(MapKind::Reference)) {
+    for (std::size_t i = 0; i < (row.size() - 1) / 4; ++i) {
+      const PageNumber bitmap = LoadU32(row, 1 + 4 * i);
+      if (bitmap == 0) continue;
+      if (Status released = allocator_.Release(bitmap); !released.ok()) return released;
+    }
+  }
+  DeleteRow(version, bytes, map.row);
+  if (map.page == kGlobalMapPage || !HasNoRows(version, bytes)) return {};
+  return allocator_.Release(map.page);
+}
+
+Result<PageEdit> UsageMaps::AllocateFor(RowPointer map) {
+  Result<PageEdit> page = allocator_.Allocate();
+  if (!page.ok()) return page;
+  if (Status set = Set(map, page.value().page(), true); !set.ok()) return set.error();
+  return page;
+}
+
+Status UsageMaps::ReleaseFrom(RowPointer map, PageNumber page) {
+  if (Status cleared = Set(map, page, false); !cleared.ok()) return cleared;
+  return allocator_.Release(page);
+}
+
+}  // namespace zent::jet
