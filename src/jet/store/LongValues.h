@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "base/Status.h"
+#include "jet/format/Bytes.h"
+#include "jet/format/LongValueDescriptor.h"
+#include "jet/format/TableDefinition.h"
+#include "jet/store/RowPages.h"
+#include "jet/store/UsageMaps.h"
+
+namespace zent::jet {
+
+/// The bytes of the memo or OLE value that `field` describes; `page` is that of the row, for
+/// errors. Values longer than the file, chains that end early and chains that loop are damage.
+Result<std::string> ReadLongValue(Pager& pager, ByteView field, PageNumber page);
+
+/// Writes and releases the values of one column.
+class LongValues {
+ public:
+  LongValues(UsageMaps& maps, const LongValueMaps& column);
+
+  /// Stores a value and returns the bytes of its field: descriptor and value where it is short,
+  /// else the descriptor of the row or the chain of rows that it went to.
+  Result<std::string> Write(ByteView value);
+
+  /// Releases the rows of the value that `field` describes. All are checked before one goes.
+  Status Release(ByteView field, PageNumber page);
+
+ private:
+  Result<RowPointer> WriteChain(ByteView value);
+  Status SetNext(RowPointer at, RowPointer next);
+
+  RowPages pages_;
+};
+
+}  // namespace zent::jet
