@@ -10,13 +10,14 @@ namespace {
 
 // Sorted. Words that only data definitions use, and names of types, are no reserved words: columns
 // are called "Date", "Text" or "Index".
-constexpr std::array<std::string_view, 47> kReserved = {
-    "add",    "all",    "alter", "and",      "as",          "asc",   "between", "by",
-    "create", "delete", "desc",  "distinct", "distinctrow", "drop",  "eqv",     "exists",
-    "false",  "from",   "group", "having",   "imp",         "in",    "inner",   "insert",
-    "into",   "is",     "join",  "left",     "like",        "mod",   "not",     "null",
-    "on",     "or",     "order", "outer",    "parameters",  "right", "select",  "set",
-    "top",    "true",   "union", "update",   "values",      "where", "xor",
+constexpr std::array<std::string_view, 49> kReserved = {
+    "add",   "all",        "alter",      "and",     "as",     "asc",      "between",
+    "by",    "constraint", "create",     "delete",  "desc",   "distinct", "distinctrow",
+    "drop",  "eqv",        "exists",     "false",   "from",   "group",    "having",
+    "imp",   "in",         "inner",      "insert",  "into",   "is",       "join",
+    "left",  "like",       "mod",        "not",     "null",   "on",       "or",
+    "order", "outer",      "parameters", "primary", "right",  "select",   "set",
+    "top",   "true",       "union",      "update",  "values", "where",    "xor",
 };
 
 }  // namespace

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "base/Status.h"
+#include "jet/sql/syntax/Expression.h"
+#include "jet/sql/syntax/TokenStream.h"
+
+namespace zent::jet {
+
+inline constexpr int kQueryTooComplex = 3360;
+
+/// Reads expressions off a stream, by the binding of the operators. Brackets, NOT and signs nest at
+/// most 100 deep; deeper ones and trees above kMaxExpressionHeight are kQueryTooComplex.
+class ExpressionParser {
+ public:
+  explicit ExpressionParser(TokenStream& tokens) : tokens_(tokens) {}
+
+  Result<Expression> Parse() { return ParseFrom(Binding::None); }
+
+  /// A column's name, perhaps behind its table's: "t.c" or "t!c".
+  Result<Expression> ParseColumn();
+
+ private:
+  Result<Expression> ParseFrom(Binding lowest);
+  Result<Expression> ParseTail(Expression left, Binding lowest);
+  Result<Expression> ParseComparisonTail(Expression left);
+  Result<Expression> ParseList(ExpressionKind kind, Expression first);
+  Result<Expression> ParseBetween(ExpressionKind kind, Expression first);
+  Result<Expression> ParsePrefixed();
+  Result<Expression> ParsePrefix(ExpressionKind kind, Binding operand);
+  Result<Expression> ParseOperand();
+  Result<Expression> ParseWord();
+  Result<Expression> ParseCall();
+  const BinaryOperator* NextOperator() const;
+  Result<Expression> Checked(Expression node) const;
+
+  TokenStream& tokens_;
+  int depth_ = 0;
+};
+
+}  // namespace zent::jet
