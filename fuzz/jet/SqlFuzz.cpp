@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "jet/sql/syntax/ExpressionParser.h"
+#include "jet/format/JetErrors.h"
 #include "jet/sql/syntax/Parser.h"
 #include "jet/sql/syntax/Printer.h"
 

@@ -15,6 +15,9 @@ struct ErrorText {
 };
 
 constexpr std::array kErrorTexts = {
+    ErrorText{kOverflow, "Overflow"},
+    ErrorText{kDivisionByZero, "Division by zero"},
+    ErrorText{kInvalidPattern, "Invalid pattern string"},
     ErrorText{kInvalidArgument, "Invalid argument."},
     ErrorText{kTableExists, "Table '|' already exists."},
     ErrorText{kObjectNotFound,
@@ -46,6 +49,11 @@ constexpr std::array kErrorTexts = {
     ErrorText{kNoSuchTable,
               "The Microsoft Jet database engine cannot find the input table or query '|'.  Make "
               "sure it exists and that its name is spelled correctly."},
+    ErrorText{
+        kAmbiguousField,
+        "The specified field '|' could refer to more than one table listed in the FROM clause "
+        "of your SQL statement."},
+    ErrorText{kUndefinedFunction, "Undefined function '|' in expression."},
     ErrorText{kInvalidName,
               "'|' is not a valid name.  Make sure that it does not include invalid characters or "
               "punctuation and that it is not too long."},
@@ -80,10 +88,13 @@ constexpr std::array kErrorTexts = {
     ErrorText{kZeroLengthNotAllowed, "Field '|' cannot be a zero-length string."},
     ErrorText{kValidationFailed, "|"},
     ErrorText{kUnrecognizedFormat, "Unrecognized database format '|'."},
+    ErrorText{kNumericOverflow, "Numeric field overflow."},
     ErrorText{kOpenedExclusively,
               "You attempted to open a database that is already opened exclusively by user '|'.  "
               "Try again when the database is available."},
+    ErrorText{kQueryTooComplex, "Query is too complex."},
     ErrorText{kDataTypeConversion, "Data type conversion error."},
+    ErrorText{kCriteriaTypeMismatch, "Data type mismatch in criteria expression."},
 };
 
 }  // namespace

@@ -9,6 +9,9 @@
 /// Errors of the engine: the numbers and texts of DAO, source "DAO".
 namespace zent::jet {
 
+inline constexpr int kOverflow = 6;
+inline constexpr int kDivisionByZero = 11;
+inline constexpr int kInvalidPattern = 93;
 inline constexpr int kInvalidArgument = 3001;
 inline constexpr int kTableExists = 3010;
 inline constexpr int kObjectNotFound = 3011;
@@ -27,6 +30,8 @@ inline constexpr int kNullInKey = 3058;
 inline constexpr int kTooFewParameters = 3061;
 inline constexpr int kSyntaxError = 3075;
 inline constexpr int kNoSuchTable = 3078;
+inline constexpr int kAmbiguousField = 3079;
+inline constexpr int kUndefinedFunction = 3085;
 inline constexpr int kInvalidName = 3125;
 inline constexpr int kFieldTooSmall = 3163;
 inline constexpr int kRecordDeleted = 3167;
@@ -45,8 +50,11 @@ inline constexpr int kValueRequired = 3314;
 inline constexpr int kZeroLengthNotAllowed = 3315;
 inline constexpr int kValidationFailed = 3316;
 inline constexpr int kUnrecognizedFormat = 3343;
+inline constexpr int kNumericOverflow = 3349;
 inline constexpr int kOpenedExclusively = 3356;
+inline constexpr int kQueryTooComplex = 3360;
 inline constexpr int kDataTypeConversion = 3421;
+inline constexpr int kCriteriaTypeMismatch = 3464;
 
 /// The error `number` with DAO's text; `subject` is the name that the text holds between quotes.
 RuntimeError JetError(int number, std::string_view subject = {});

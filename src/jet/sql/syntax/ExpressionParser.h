@@ -6,8 +6,6 @@
 
 namespace zent::jet {
 
-inline constexpr int kQueryTooComplex = 3360;
-
 /// Reads expressions off a stream, by the binding of the operators. Brackets, NOT and signs nest at
 /// most 100 deep; deeper ones and trees above kMaxExpressionHeight are kQueryTooComplex.
 class ExpressionParser {

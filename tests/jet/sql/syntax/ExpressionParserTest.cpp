@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "jet/format/JetErrors.h"
-#include "jet/sql/syntax/ExpressionParser.h"
 #include "jet/sql/syntax/Parser.h"
 #include "jet/sql/syntax/Printer.h"
 

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "jet/format/JetErrors.h"
-#include "jet/sql/syntax/ExpressionParser.h"
 #include "jet/sql/syntax/Parser.h"
 #include "jet/sql/syntax/Printer.h"
 
