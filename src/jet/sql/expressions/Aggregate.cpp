@@ -63,7 +63,7 @@ Status TakeAggregates(Expression& expression, std::size_t first_column,
     return {};
   }
   for (Expression& operand : expression.operands) {
-    const Status done = TakeAggregates(operand, first_column, taken);
+    Status done = TakeAggregates(operand, first_column, taken);
     if (!done.ok()) return done;
   }
   return {};

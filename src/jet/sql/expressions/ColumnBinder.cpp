@@ -21,7 +21,7 @@ Status ColumnBinder::Bind(Expression& expression) {
     }
   }
   for (Expression& operand : expression.operands) {
-    const Status bound = Bind(operand);
+    Status bound = Bind(operand);
     if (!bound.ok()) return bound;
   }
   return {};

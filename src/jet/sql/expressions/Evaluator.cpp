@@ -66,7 +66,7 @@ Result<Value> Evaluator::Evaluate(const Expression& expression, const RowValues&
     default:
       break;
   }
-  const Result<Value> first = Evaluate(expression.operands[0], row);
+  Result<Value> first = Evaluate(expression.operands[0], row);
   if (!first.ok()) return first;
   switch (expression.kind) {
     case ExpressionKind::IsNull:
@@ -81,7 +81,7 @@ Result<Value> Evaluator::Evaluate(const Expression& expression, const RowValues&
       break;
   }
   if (Decides(expression.kind, first.value())) return first;
-  const Result<Value> second = Evaluate(expression.operands[1], row);
+  Result<Value> second = Evaluate(expression.operands[1], row);
   if (!second.ok()) return second;
   return Apply(expression, first.value(), second.value());
 }
@@ -133,13 +133,13 @@ Result<Value> Evaluator::Call(const Expression& expression, const RowValues& row
 }
 
 Result<Value> Evaluator::IsAmong(const Expression& expression, const RowValues& row) {
-  const Result<Value> first = Evaluate(expression.operands[0], row);
+  Result<Value> first = Evaluate(expression.operands[0], row);
   if (!first.ok()) return first;
   Value among = false;
   for (std::size_t i = 1; i < expression.operands.size(); ++i) {
-    const Result<Value> item = Evaluate(expression.operands[i], row);
+    Result<Value> item = Evaluate(expression.operands[i], row);
     if (!item.ok()) return item;
-    const Result<Value> same = CompareBy(ExpressionKind::Equal, first.value(), item.value());
+    Result<Value> same = CompareBy(ExpressionKind::Equal, first.value(), item.value());
     if (!same.ok()) return same;
     if (same.value() == Value(true)) {
       among = true;
@@ -157,9 +157,9 @@ Result<Value> Evaluator::IsBetween(const Expression& expression, const RowValues
     if (!value.ok()) return value;
     values.push_back(std::move(value.value()));
   }
-  const Result<Value> low = CompareBy(ExpressionKind::GreaterOrEqual, values[0], values[1]);
+  Result<Value> low = CompareBy(ExpressionKind::GreaterOrEqual, values[0], values[1]);
   if (!low.ok()) return low;
-  const Result<Value> high = CompareBy(ExpressionKind::LessOrEqual, values[0], values[2]);
+  Result<Value> high = CompareBy(ExpressionKind::LessOrEqual, values[0], values[2]);
   if (!high.ok()) return high;
   Result<Value> within = Combine(ExpressionKind::And, low.value(), high.value());
   if (!within.ok() || expression.kind == ExpressionKind::Between) return within;

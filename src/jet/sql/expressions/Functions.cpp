@@ -91,7 +91,7 @@ Result<Value> IntFunction(Arguments arguments, const EvaluationContext& /*contex
 template <int DateParts::*kPart>
 Result<Value> DatePartFunction(Arguments arguments, const EvaluationContext& context) {
   if (IsNull(arguments[0])) return arguments[0];
-  const Result<Value> date = ConvertFunction<ColumnType::Date>(arguments, context);
+  Result<Value> date = ConvertFunction<ColumnType::Date>(arguments, context);
   if (!date.ok()) return date;
   const std::optional<DateParts> parts = SplitDate(std::get<Date>(date.value()));
   if (!parts) return JetError(kDataTypeConversion);

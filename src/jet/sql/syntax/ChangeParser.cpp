@@ -17,7 +17,7 @@ Status ParseDatabase(TokenStream& tokens, std::string& database) {
 }
 
 Status ParseValues(TokenStream& tokens, std::vector<Expression>& values) {
-  const Status open = tokens.ExpectMark("(");
+  Status open = tokens.ExpectMark("(");
   if (!open.ok()) return open;
   do {
     Result<Expression> value = ExpressionParser(tokens).Parse();
@@ -31,7 +31,7 @@ Status ParseAssignments(TokenStream& tokens, std::vector<Assignment>& assignment
   do {
     Result<Expression> column = ExpressionParser(tokens).ParseColumn();
     if (!column.ok()) return column.error();
-    const Status equals = tokens.ExpectMark("=");
+    Status equals = tokens.ExpectMark("=");
     if (!equals.ok()) return equals;
     Result<Expression> value = ExpressionParser(tokens).Parse();
     if (!value.ok()) return value.error();
@@ -60,7 +60,7 @@ Result<Statement> ParseRows(TokenStream& tokens, InsertStatement insert) {
 }  // namespace
 
 Status ParseNames(TokenStream& tokens, std::vector<std::string>& columns) {
-  const Status open = tokens.ExpectMark("(");
+  Status open = tokens.ExpectMark("(");
   if (!open.ok()) return open;
   do {
     Result<std::string> name = tokens.ExpectName("a column");

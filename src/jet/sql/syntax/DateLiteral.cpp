@@ -163,8 +163,7 @@ std::string PlainDateText(Date date) {
   const std::optional<DateParts> parts = SplitDate(date);
   if (!parts || parts->year < 100) return {};
   const DateParts day_zero;
-  const std::string time =
-      fmt::format("{:02}:{:02}:{:02}", parts->hour, parts->minute, parts->second);
+  std::string time = fmt::format("{:02}:{:02}:{:02}", parts->hour, parts->minute, parts->second);
   if (parts->year == day_zero.year && parts->month == day_zero.month &&
       parts->day == day_zero.day) {
     return time;

@@ -56,7 +56,7 @@ Status ParseTablePart(TokenStream& tokens, CreateTableStatement& create) {
   Result<ColumnSpecification> column = ParseColumnSpecification(tokens);
   if (!column.ok()) return column.error();
   std::optional<IndexSpecification> constraint;
-  const Status done = ParseColumnConstraint(tokens, column.value(), constraint);
+  Status done = ParseColumnConstraint(tokens, column.value(), constraint);
   if (!done.ok()) return done;
   create.columns.push_back(std::move(column.value()));
   if (constraint) create.constraints.push_back(*std::move(constraint));
@@ -80,7 +80,7 @@ Result<Statement> ParseCreateTable(TokenStream& tokens) {
 }
 
 Status ParseIndexColumns(TokenStream& tokens, IndexSpecification& index) {
-  const Status open = tokens.ExpectMark("(");
+  Status open = tokens.ExpectMark("(");
   if (!open.ok()) return open;
   do {
     Result<std::string> name = tokens.ExpectName("a column");

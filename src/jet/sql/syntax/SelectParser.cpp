@@ -47,7 +47,7 @@ class SelectParser {
   Status ParseColumns() {
     do {
       SelectColumn column;
-      const Status done = ParseColumn(column);
+      Status done = ParseColumn(column);
       if (!done.ok()) return done;
       select_.columns.push_back(std::move(column));
     } while (tokens_.TakeMark(","));
@@ -62,7 +62,7 @@ class SelectParser {
       for (int i = 0; i < 3; ++i) tokens_.Skip();
       return {};
     }
-    const Status done = ParseInto(tokens_, column.expression);
+    Status done = ParseInto(tokens_, column.expression);
     if (!done.ok() || !tokens_.TakeKeyword("AS")) return done;
     Result<std::string> alias = tokens_.ExpectName("a column");
     if (!alias.ok()) return alias.error();
@@ -76,9 +76,9 @@ class SelectParser {
       // Joins that stand first may be in brackets, one pair for each.
       int brackets = 0;
       while (select_.from.empty() && tokens_.TakeMark("(")) ++brackets;
-      const Status done = ParseTable(JoinKind::Cross);
+      Status done = ParseTable(JoinKind::Cross);
       if (!done.ok()) return done;
-      const Status joined = ParseJoins(brackets);
+      Status joined = ParseJoins(brackets);
       if (!joined.ok()) return joined;
     } while (tokens_.TakeMark(","));
     return {};
@@ -99,18 +99,18 @@ class SelectParser {
       } else if (!tokens_.TakeKeyword("INNER") && !tokens_.IsKeyword("JOIN")) {
         break;
       }
-      const Status done = ParseJoin(kind);
+      Status done = ParseJoin(kind);
       if (!done.ok()) return done;
     }
     return brackets == 0 ? Status() : tokens_.ExpectMark(")");
   }
 
   Status ParseJoin(JoinKind kind) {
-    const Status join = tokens_.ExpectKeyword("JOIN");
+    Status join = tokens_.ExpectKeyword("JOIN");
     if (!join.ok()) return join;
-    const Status table = ParseTable(kind);
+    Status table = ParseTable(kind);
     if (!table.ok()) return table;
-    const Status on = tokens_.ExpectKeyword("ON");
+    Status on = tokens_.ExpectKeyword("ON");
     if (!on.ok()) return on;
     return ParseInto(tokens_, select_.from.back().on);
   }
@@ -127,7 +127,7 @@ class SelectParser {
 
   Status ParseGroups() {
     if (tokens_.TakeKeyword("GROUP")) {
-      const Status by = tokens_.ExpectKeyword("BY");
+      Status by = tokens_.ExpectKeyword("BY");
       if (!by.ok()) return by;
       do {
         Result<Expression> group = ExpressionParser(tokens_).Parse();
@@ -140,7 +140,7 @@ class SelectParser {
 
   Status ParseOrder() {
     if (!tokens_.TakeKeyword("ORDER")) return {};
-    const Status by = tokens_.ExpectKeyword("BY");
+    Status by = tokens_.ExpectKeyword("BY");
     if (!by.ok()) return by;
     do {
       Result<Expression> term = ExpressionParser(tokens_).Parse();

@@ -135,9 +135,9 @@ Result<Value> Calculate(ExpressionKind kind, const Value& a, const Value& b) {
       std::holds_alternative<Text>(b)) {
     return Concatenated(a, b);
   }
-  const Result<Value> left = OperandOf(a);
+  Result<Value> left = OperandOf(a);
   if (!left.ok()) return left;
-  const Result<Value> right = OperandOf(b);
+  Result<Value> right = OperandOf(b);
   if (!right.ok()) return right;
   return CalculateNumbers(kind, left.value(), right.value());
 }

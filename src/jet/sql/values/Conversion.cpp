@@ -22,7 +22,7 @@ std::string GeneralDate(Date date) {
   const int hour = parts->hour % 12 == 0 ? 12 : parts->hour % 12;
   const std::string time = fmt::format("{}:{:02}:{:02} {}", hour, parts->minute, parts->second,
                                        parts->hour < 12 ? "AM" : "PM");
-  const std::string day = fmt::format("{}/{}/{}", parts->month, parts->day, parts->year);
+  std::string day = fmt::format("{}/{}/{}", parts->month, parts->day, parts->year);
   const bool midnight = parts->hour == 0 && parts->minute == 0 && parts->second == 0;
   if (midnight) return day;
   return day == "12/30/1899" ? time : day + " " + time;

@@ -59,15 +59,15 @@ Result<bool> IsTrue(const Value& value) {
 }
 
 Result<Value> LogicalNot(const Value& value) {
-  const Result<Value> bits = BitsOf(value);
+  Result<Value> bits = BitsOf(value);
   if (!bits.ok()) return bits;
   return NotBits(bits.value());
 }
 
 Result<Value> Combine(ExpressionKind kind, const Value& a, const Value& b) {
-  const Result<Value> left = BitsOf(a);
+  Result<Value> left = BitsOf(a);
   if (!left.ok()) return left;
-  const Result<Value> right = BitsOf(b);
+  Result<Value> right = BitsOf(b);
   if (!right.ok()) return right;
   if (kind == ExpressionKind::Imp) {
     return CombineBits(ExpressionKind::Or, NotBits(left.value()), right.value());
