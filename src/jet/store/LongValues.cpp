@@ -134,7 +134,7 @@ Result<RowPointer> LongValues::WriteChain(ByteView value) {
     row.assign(kPointerSize, '\0');
     row += AsText(value.first(count));
     value = value.subspan(count);
-    const Result<RowPointer> at = pages_.Insert(AsBytes(row), SlotKind::Row);
+    Result<RowPointer> at = pages_.Insert(AsBytes(row), SlotKind::Row);
     if (!at.ok()) return at;
     if (first.page == 0) {
       first = at.value();

@@ -42,7 +42,7 @@ Result<bool> RowPages::TryFreePages(ByteView row, SlotKind kind, RowPointer& at)
     if (!next.ok()) return next.error();
     search_from_ = next.value() ? *next.value() + 1 : 0;
     if (!next.value()) return false;  // the next search begins at the start
-    const Result<bool> done = TryInsert(*next.value(), row, kind, at);
+    Result<bool> done = TryInsert(*next.value(), row, kind, at);
     if (!done.ok() || done.value()) return done;
   }
   return false;

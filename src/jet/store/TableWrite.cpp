@@ -45,7 +45,7 @@ Result<RowPointer> TableStore::StoreRow(RowFields& fields, const RowKeys& keys,
   if (Status stored = StoreLongValues(fields); !stored.ok()) return stored.error();
   const Result<ByteView> row = BuildRow(table_, fields, builder_);
   if (!row.ok()) return row.error();
-  const Result<RowPointer> at = rows_.Insert(row.value());
+  Result<RowPointer> at = rows_.Insert(row.value());
   if (!at.ok()) return at;
   for (std::size_t i = 0; i < indexes_.size(); ++i) {
     if (!keys[i].key) continue;

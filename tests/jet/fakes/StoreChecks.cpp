@@ -9,7 +9,7 @@
 namespace zent::jet::testing {
 
 std::vector<PageNumber> ExpectRightRowPages(StoreFile& file, const RowPages::Owner& owner) {
-  const std::vector<PageNumber> owned = file.maps().Pages(owner.owned).value_or({});
+  std::vector<PageNumber> owned = file.maps().Pages(owner.owned).value_or({});
   const std::vector<PageNumber> free = file.maps().Pages(owner.free).value_or({});
   EXPECT_TRUE(std::includes(owned.begin(), owned.end(), free.begin(), free.end()));
   for (const PageNumber page : owned) {
@@ -41,7 +41,7 @@ void ExpectAllPagesNamed(StoreFile& file, const std::set<PageNumber>& named) {
 std::string SampleBytes(std::size_t count, unsigned seed) {
   std::string bytes(count, '\0');
   for (std::size_t i = 0; i < count; ++i) {
-    bytes[i] = static_cast<char>((i * 31 + seed * 17 + (i >> 8U)) & 0xFFU);
+    bytes[i] = static_cast<char>((i * 31 + std::size_t{seed} * 17 + (i >> 8U)) & 0xFFU);
   }
   return bytes;
 }

@@ -55,7 +55,8 @@ TableBuilder& TableBuilder::AutoNumber(std::string name) {
   return Column(std::move(name), ColumnType::Long, 4, kAutoNumberColumn);
 }
 
-TableBuilder& TableBuilder::Index(std::vector<int> columns, std::uint8_t flags, bool primary) {
+TableBuilder& TableBuilder::Index(const std::vector<int>& columns, std::uint8_t flags,
+                                  bool primary) {
   RealIndex real;
   real.flags = static_cast<std::uint8_t>(kAccessIndex | flags);
   for (const int column : columns) {

@@ -19,7 +19,8 @@ class TableBuilder {
                        std::uint8_t flags = 0);
   TableBuilder& AutoNumber(std::string name);
   /// Columns by number; a negative one (~number) is descending.
-  TableBuilder& Index(std::vector<int> columns, std::uint8_t flags = 0, bool primary = false);
+  TableBuilder& Index(const std::vector<int>& columns, std::uint8_t flags = 0,
+                      bool primary = false);
 
   /// Writes it and opens it.
   std::unique_ptr<TableStore> Build();
