@@ -27,6 +27,7 @@ test-linux: setup all ## the native tests, sanitized
 test-windows: setup all windows ## the tests of the Windows program, under Wine
 	@cmake --build --preset windows-x64 -j $(JOBS)
 	@ctest --preset windows-x64 -j $(JOBS)
+	@ctest --preset windows-x86 -j $(JOBS)
 	@cmake --preset linux-asan >/dev/null
 	@cmake --build --preset linux-asan -j $(JOBS) --target test_scenarios_wine test_differential
 	@ctest --preset linux-asan -j $(JOBS) -L windows
