@@ -129,6 +129,7 @@ ExitCode Main(const std::vector<std::string>& arguments) {
 int wmain(int argc, wchar_t** argv) {
   zent::LimitLibrarySearch();
   std::vector<std::string> arguments;
+  arguments.reserve(static_cast<std::size_t>(argc));
   for (int i = 0; i < argc; ++i) arguments.push_back(zent::Utf8Of(argv[i]));
   return zent::NativeExitCode(zent::Main(arguments));
 }
