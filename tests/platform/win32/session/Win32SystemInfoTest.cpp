@@ -83,10 +83,12 @@ struct VariableCase {
 };
 
 TEST(Win32SystemInfo, ReadsTheEnvironment) {
-  const std::string kLong(1000, 'x');
+  const std::string long_value(1000, 'x');
   const VariableCase rows[] = {
-      {"a value", "some value", "some value"},        {"nothing", nullptr, std::nullopt},
-      {"an umlaut", "M\xFCller", "M\xC3\xBCller"},    {"longer than a path", kLong.c_str(), kLong},
+      {"a value", "some value", "some value"},
+      {"nothing", nullptr, std::nullopt},
+      {"an umlaut", "M\xFCller", "M\xC3\xBCller"},
+      {"longer than a path", long_value.c_str(), long_value},
       {"a value anew", "C:\\Korvo\\", "C:\\Korvo\\"},
   };
   for (const VariableCase& row : rows) {
