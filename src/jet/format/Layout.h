@@ -5,7 +5,7 @@
 #include <cstdint>
 
 /// Where things stand in a file of either version. The numbers are those of the public descriptions
-/// of the format (the HACKING notes of mdbtools), measured again on real files.
+/// of the format (those of mdbtools), measured again on real files.
 namespace zent::jet {
 
 /// Jet 3 is Access 97; Jet 4 is Access 2000 to 2003.
