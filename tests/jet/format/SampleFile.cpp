@@ -30,7 +30,7 @@ std::vector<std::uint8_t> ReadAll(const std::string& path) {
 std::vector<std::string> SamplePaths() {
   std::vector<std::string> paths;
   for (const auto& file : std::filesystem::recursive_directory_iterator(ZENT_SAMPLES)) {
-    if (file.path().extension() == ".mdb") paths.push_back(file.path().string());
+    if (file.path().extension() == ".mdb") paths.push_back(file.path().generic_string());
   }
   std::sort(paths.begin(), paths.end());
   return paths;
