@@ -2,11 +2,10 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <fstream>
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include "platform/SystemErrors.h"
+#include "contracts/FileVectors.h"
 #include "platform/prefix/files/TestMachine.h"
 #include "support/posix/ChildProcess.h"
 
@@ -19,18 +18,7 @@ using testing::Hold;
 using testing::HoldingProcess;
 using testing::TestMachine;
 
-json Vectors(const std::string& list) {
-  std::ifstream file(std::string(ZENT_TEST_DATA) + "/files/operations.json");
-  return json::parse(file).at(list);
-}
-
-/// The run-time error of a recorded system error; a folder that exists has a number of its own.
-int RunTime(const std::string& call, std::uint32_t system_error) {
-  if (system_error == 0) return 0;
-  const auto error = static_cast<SystemError>(system_error);
-  if (call == "folder" && error == SystemError::AlreadyExists) return kPathFileAccess;
-  return RuntimeErrorNumber(error);
-}
+json Vectors(const std::string& list) { return testing::FileVectors("operations.json", list); }
 
 /// Calls and cases in which we do not do as recorded, and why.
 const std::map<std::string, std::string> kLeftOutCalls = {
@@ -85,7 +73,7 @@ class Operation {
     if (other != kOtherOutcomes.end()) {
       EXPECT_EQ(number, other->second.error) << other->second.reason;
     } else {
-      EXPECT_EQ(number, RunTime(call, row_["error"]));
+      EXPECT_EQ(number, testing::RunTimeNumberOf(call, row_["error"]));
     }
     if (number == 0 || other == kOtherOutcomes.end()) CheckAfter(to);
   }
@@ -233,7 +221,7 @@ TEST(OperationVectors, OnFilesInUseEndAsRecorded) {
     const std::string reason = ReasonForOther(held, call);
     const bool read = call == "copy" || call.starts_with("read");
     if (reason.empty()) {
-      EXPECT_EQ(number, RunTime(call, row[2]));
+      EXPECT_EQ(number, testing::RunTimeNumberOf(call, row[2]));
     } else {
       EXPECT_EQ(number, read ? 0 : kPermissionDenied) << reason;
     }

@@ -1,11 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <set>
 
-#include "platform/SystemErrors.h"
+#include "contracts/FileVectors.h"
 #include "platform/prefix/files/TestMachine.h"
 #include "platform/prefix/files/WindowsPath.h"
 #include "support/posix/ChildProcess.h"
@@ -17,15 +16,7 @@ namespace {
 using nlohmann::json;
 using testing::TestMachine;
 
-json Vectors(const std::string& list) {
-  std::ifstream file(std::string(ZENT_TEST_DATA) + "/files/paths.json");
-  return json::parse(file).at(list);
-}
-
-int RunTime(const json& system_error) {
-  const auto number = system_error.get<std::uint32_t>();
-  return number == 0 ? 0 : RuntimeErrorNumber(static_cast<SystemError>(number));
-}
+json Vectors(const std::string& list) { return testing::FileVectors("paths.json", list); }
 
 struct LeftOut {
   const char* path;
@@ -81,7 +72,7 @@ TEST_F(PathVectors, AttributesOfPaths) {
       EXPECT_EQ(attributes.number(), other->error) << other->reason;
       continue;
     }
-    EXPECT_EQ(attributes.number(), RunTime(row[2]));
+    EXPECT_EQ(attributes.number(), testing::RunTimeNumber(row[2]));
     if (attributes.ok()) {
       EXPECT_EQ(attributes.value(), row[1].get<std::uint32_t>());
     }
@@ -97,7 +88,7 @@ TEST_F(PathVectors, FullPaths) {
     if (path == "/top/w/a.txt") {  // recorded: a path of the host, see above
       EXPECT_EQ(full.value_or(""), R"(C:\top\w\a.txt)");
     } else if (row[3].is_null()) {
-      EXPECT_EQ(full.number(), RunTime(row[2]));
+      EXPECT_EQ(full.number(), testing::RunTimeNumber(row[2]));
     } else {
       EXPECT_EQ(full.value_or("failed"), row[3].get<std::string>());
     }
@@ -121,7 +112,7 @@ TEST_F(PathVectors, NewFiles) {
       EXPECT_EQ(written.number(), other->error) << other->reason;
       continue;
     }
-    EXPECT_EQ(written.number(), RunTime(row[1]));
+    EXPECT_EQ(written.number(), testing::RunTimeNumber(row[1]));
     if (!row[2].is_null()) {
       EXPECT_EQ(machine_.Get("top/w/" + row[2].get<std::string>()), "new");
     }
@@ -170,10 +161,10 @@ class OutsideNames : public ::testing::Test {
 
   static std::string Recorded(const json& row) {
     return row[0].get<std::string>() + " " +
-           (row[1].is_null() ? "error " + std::to_string(RunTime(row[2]))
+           (row[1].is_null() ? "error " + std::to_string(testing::RunTimeNumber(row[2]))
                              : std::to_string(row[1].get<int>())) +
            " " +
-           (row[3].is_null() ? "error " + std::to_string(RunTime(row[4]))
+           (row[3].is_null() ? "error " + std::to_string(testing::RunTimeNumber(row[4]))
                              : row[3].get<std::string>()) +
            "\n";
   }

@@ -1,10 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include "platform/SystemErrors.h"
+#include "contracts/FileVectors.h"
 #include "platform/prefix/files/TestMachine.h"
 
 /// Search patterns with what the published rule of the file systems finds on long names, and what
@@ -16,10 +15,7 @@ using nlohmann::json;
 using testing::Found;
 using testing::TestMachine;
 
-json Vectors(const std::string& list) {
-  std::ifstream file(std::string(ZENT_TEST_DATA) + "/files/wildcards.json");
-  return json::parse(file).at(list);
-}
+json Vectors(const std::string& list) { return testing::FileVectors("wildcards.json", list); }
 
 class WildcardVectors : public ::testing::Test {
  protected:

@@ -2,12 +2,11 @@
 #include <windows.h>
 
 #include <chrono>
-#include <fstream>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
 
-#include "platform/SystemErrors.h"
+#include "contracts/FileVectors.h"
 #include "platform/win32/files/HoldingProcess.h"
 #include "platform/win32/files/TestFolder.h"
 
@@ -20,18 +19,7 @@ using testing::Found;
 using testing::HoldingProcess;
 using testing::TopFolder;
 
-json Vectors(const std::string& list) {
-  std::ifstream file(std::string(ZENT_TEST_DATA) + "/files/operations.json");
-  return json::parse(file).at(list);
-}
-
-/// The run-time error of a recorded system error; a folder that exists has a number of its own.
-int RunTime(const std::string& call, std::uint32_t system_error) {
-  if (system_error == 0) return 0;
-  const auto error = static_cast<SystemError>(system_error);
-  if (call == "folder" && error == SystemError::AlreadyExists) return kPathFileAccess;
-  return RuntimeErrorNumber(error);
-}
+json Vectors(const std::string& list) { return testing::FileVectors("operations.json", list); }
 
 /// What we leave out, and why.
 const std::map<std::string, std::string> kLeftOutCalls = {
@@ -84,7 +72,7 @@ class Operation {
     if (other != kOtherOutcomes.end()) {
       EXPECT_EQ(number, other->second.error) << other->second.reason;
     } else {
-      EXPECT_EQ(number, RunTime(call, row_["error"]));
+      EXPECT_EQ(number, testing::RunTimeNumberOf(call, row_["error"]));
     }
     if (number == 0 || other == kOtherOutcomes.end()) CheckAfter(to);
   }
@@ -227,7 +215,7 @@ TEST(OperationVectors, OnFilesInUseEndAsRecorded) {
     if (const auto other = OtherInUse(held, call)) {
       EXPECT_EQ(number, other->error) << other->reason;
     } else {
-      EXPECT_EQ(number, RunTime(call, row[2]));
+      EXPECT_EQ(number, testing::RunTimeNumberOf(call, row[2]));
     }
     EXPECT_TRUE(file.Left().empty());
   }

@@ -1,11 +1,10 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <fstream>
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include "platform/SystemErrors.h"
+#include "contracts/FileVectors.h"
 #include "platform/win32/files/TestFolder.h"
 
 /// Answers of the Windows calls, recorded; the folder is set up as it was for the recording.
@@ -16,15 +15,7 @@ using nlohmann::json;
 using testing::Found;
 using testing::TopFolder;
 
-json Vectors(const std::string& list) {
-  std::ifstream file(std::string(ZENT_TEST_DATA) + "/files/paths.json");
-  return json::parse(file).at(list);
-}
-
-int RunTime(const json& system_error) {
-  const auto number = system_error.get<std::uint32_t>();
-  return number == 0 ? 0 : RuntimeErrorNumber(static_cast<SystemError>(number));
-}
+json Vectors(const std::string& list) { return testing::FileVectors("paths.json", list); }
 
 struct Other {
   int error;  // ours
@@ -71,7 +62,7 @@ TEST_F(PathVectors, AttributesOfPaths) {
       EXPECT_EQ(attributes.number(), other->second.error) << other->second.reason;
       continue;
     }
-    EXPECT_EQ(attributes.number(), RunTime(row[2]));
+    EXPECT_EQ(attributes.number(), testing::RunTimeNumber(row[2]));
     if (attributes.ok()) {
       EXPECT_EQ(attributes.value(), row[1].get<std::uint32_t>());
     }
@@ -86,7 +77,7 @@ TEST_F(PathVectors, FullPaths) {
     if (path == "/top/w/a.txt") {  // recorded: a path of the host, see above
       EXPECT_EQ(full.value_or(""), R"(C:\top\w\a.txt)");
     } else if (row[3].is_null()) {
-      EXPECT_EQ(full.number(), RunTime(row[2]));
+      EXPECT_EQ(full.number(), testing::RunTimeNumber(row[2]));
     } else {
       EXPECT_EQ(full.value_or("failed"), row[3].get<std::string>());
     }
@@ -110,7 +101,7 @@ TEST_F(PathVectors, NewFiles) {
       EXPECT_EQ(written.number(), other->second.error) << other->second.reason;
       continue;
     }
-    EXPECT_EQ(written.number(), RunTime(row[1]));
+    EXPECT_EQ(written.number(), testing::RunTimeNumber(row[1]));
     if (!row[2].is_null()) {
       EXPECT_EQ(top_.Get(row[2].get<std::string>()), "new");
     }

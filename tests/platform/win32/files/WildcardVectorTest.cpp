@@ -2,11 +2,10 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <fstream>
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include "platform/SystemErrors.h"
+#include "contracts/FileVectors.h"
 #include "platform/win32/files/TestFolder.h"
 
 /// Search patterns with what the published rule of the file systems finds on long names, and what
@@ -18,10 +17,7 @@ using nlohmann::json;
 using testing::Found;
 using testing::TopFolder;
 
-json Vectors(const std::string& list) {
-  std::ifstream file(std::string(ZENT_TEST_DATA) + "/files/wildcards.json");
-  return json::parse(file).at(list);
-}
+json Vectors(const std::string& list) { return testing::FileVectors("wildcards.json", list); }
 
 class WildcardVectors : public ::testing::Test {
  protected:
