@@ -122,8 +122,9 @@ Status CheckDataPage(JetVersion version, ByteView page, PageNumber number) {
   const Result<DataPageView> view = DataPageView::Open(version, page, number);
   if (!view.ok()) return view.error();
   if (view.value().count() > kMaxRowsPerPage) return Damaged(number, "too many rows");
+  Slot slot;
   for (std::size_t row = 0; row < view.value().count(); ++row) {
-    if (const Result<Slot> slot = view.value().At(row); !slot.ok()) return slot.error();
+    if (!view.value().Read(row, slot)) return view.value().At(row).status();
   }
   if (view.value().free_space() != Directory(version, page).Free()) {
     return Damaged(number, "its free space is not what it says");

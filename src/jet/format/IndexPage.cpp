@@ -8,7 +8,21 @@
 namespace zent::jet {
 namespace {
 
-constexpr std::size_t kLeafPointer = 4;  // of a leaf's entry, behind the key: page and row
+constexpr std::size_t kMaxEntries = 1024;
+constexpr std::size_t kMostBits = 4096;  // no mask of any version has more
+
+/// Calls `mark` with the number of each bit that is set, ascending.
+template <typename Mark>
+void ForEachBit(ByteView bits, const Mark& mark) {
+  const auto visit = [&](std::size_t first, std::uint64_t word) {
+    for (; word != 0; word &= word - 1) {
+      mark(first + static_cast<std::size_t>(std::countr_zero(word)));
+    }
+  };
+  std::size_t at = 0;
+  for (; at + 8 <= bits.size(); at += 8) visit(8 * at, LoadU64(bits, at));
+  for (; at < bits.size(); ++at) visit(8 * at, bits[at]);
+}
 
 int Sign(int order) { return (order > 0 ? 1 : 0) - (order < 0 ? 1 : 0); }
 
@@ -42,18 +56,21 @@ bool IndexPageView::FindEntries() {
   const Layout::IndexPage& place = layout_->index_page;
   const std::size_t room = layout_->page_size - place.entries;
   const ByteView mask = page_.subspan(place.mask, place.mask_size);
+  const std::size_t shortest = prefix_ < PointerSize() ? PointerSize() - prefix_ : 1;
+  // The loop over the entries has no branch but its own: it is what a search costs most.
+  std::array<std::uint16_t, kMostBits> ends;
+  std::size_t count = 0;
   std::size_t begin = 0;
-  for (std::size_t byte = 0; byte < mask.size(); ++byte) {
-    for (unsigned bits = mask[byte]; bits != 0; bits &= bits - 1) {
-      const std::size_t end = 8 * byte + static_cast<std::size_t>(std::countr_zero(bits));
-      if (end > room || end <= begin || count_ == kMaxEntries) return false;
-      const std::size_t stored = end - begin;
-      if (count_ == 0 && prefix_ > stored) return false;
-      if (stored + (count_ == 0 ? 0 : prefix_) < PointerSize()) return false;
-      ends_[count_++] = static_cast<std::uint16_t>(end);
-      begin = end;
-    }
-  }
+  bool too_short = false;
+  ForEachBit(mask, [&](std::size_t end) {
+    too_short |= end - begin < shortest;
+    ends[count++] = static_cast<std::uint16_t>(end);
+    begin = end;
+  });
+  if (count == 0) return true;
+  if (too_short || count > kMaxEntries || begin > room) return false;
+  if (ends[0] < std::max(prefix_, PointerSize())) return false;  // it has the prefix as well
+  ends_.assign(ends.begin(), ends.begin() + static_cast<std::ptrdiff_t>(count));
   return true;
 }
 
@@ -66,10 +83,19 @@ std::size_t IndexPageView::KeySize(std::size_t i) const {
   return ends_[i] - Begin(i) + (i == 0 ? 0 : prefix_) - PointerSize();
 }
 
-std::uint8_t IndexPageView::PointerByte(std::size_t i, std::size_t k) const {
-  const std::size_t at = KeySize(i) + k;
-  const std::size_t left_out = i == 0 ? 0 : prefix_;
-  return at < left_out ? Stored(0)[at] : Stored(i)[at - left_out];
+IndexPageView::PointerBytes IndexPageView::PointerOf(std::size_t i) const {
+  PointerBytes pointer = {};
+  const ByteView stored = Stored(i);
+  const std::size_t size = PointerSize();
+  const std::size_t own = std::min(size, stored.size());
+  const std::size_t in_prefix = size - own;
+  if (in_prefix > 0) {
+    const ByteView shared = Stored(0).subspan(KeySize(i), in_prefix);
+    std::copy(shared.begin(), shared.end(), pointer.begin());
+  }
+  const ByteView last = stored.last(own);
+  std::copy(last.begin(), last.end(), pointer.begin() + static_cast<std::ptrdiff_t>(in_prefix));
+  return pointer;
 }
 
 std::string_view IndexPageView::KeyHead(std::size_t i) const {
@@ -87,27 +113,20 @@ std::string IndexPageView::Key(std::size_t i) const {
   return key;
 }
 
-RowPointer IndexPageView::Row(std::size_t i) const {
-  const std::array<std::uint8_t, 3> page = {PointerByte(i, 0), PointerByte(i, 1),
-                                            PointerByte(i, 2)};
-  return {.page = LoadBigU24(page, 0), .row = PointerByte(i, 3)};
-}
-
 PageNumber IndexPageView::Child(std::size_t i) const {
-  std::array<std::uint8_t, 4> child = {};
-  for (std::size_t k = 0; k < child.size(); ++k) child[k] = PointerByte(i, kLeafPointer + k);
-  return LoadBigU32(child, 0);
+  return LoadBigU32(PointerOf(i), kLeafPointer);
 }
 
 int IndexPageView::Compare(std::size_t i, std::string_view key, RowPointer row) const {
   const std::string_view head = KeyHead(i);
   if (const int order = head.compare(key.substr(0, head.size())); order != 0) return Sign(order);
-  return CompareEntries(KeyTail(i), Row(i), key.substr(head.size()), row);
+  if (const int order = KeyTail(i).compare(key.substr(head.size())); order != 0) return Sign(order);
+  return CompareEntries({}, Row(i), {}, row);
 }
 
 std::size_t IndexPageView::LowerBound(std::string_view key, RowPointer row) const {
   std::size_t low = 0;
-  std::size_t high = count_;
+  std::size_t high = count();
   while (low < high) {
     const std::size_t middle = (low + high) / 2;
     if (Compare(middle, key, row) < 0) {
@@ -127,8 +146,8 @@ IndexPage IndexPageView::Load() const {
                     .next = next(),
                     .tail = tail(),
                     .entries = {}};
-  page.entries.reserve(count_);
-  for (std::size_t i = 0; i < count_; ++i) page.entries.push_back(Entry(i));
+  page.entries.reserve(count());
+  for (std::size_t i = 0; i < count(); ++i) page.entries.push_back(Entry(i));
   return page;
 }
 

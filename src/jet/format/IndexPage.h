@@ -16,6 +16,10 @@
 /// the row pointers where these begin alike; that is read, and never written.
 namespace zent::jet {
 
+/// What follows the key of an entry: page and row, and in a node the child as well.
+inline constexpr std::size_t kLeafPointer = 4;
+inline constexpr std::size_t kNodePointer = 8;
+
 struct IndexEntry {
   std::string key = {};
   RowPointer row = {};
@@ -41,7 +45,8 @@ struct IndexPage {
   bool operator==(const IndexPage&) const = default;
 };
 
-/// Reads the head and finds the entries without copying any. The page must outlive it.
+/// Reads the head and finds the entries without copying any. The page must outlive it. Cheap to
+/// move.
 class IndexPageView {
  public:
   /// Checks type, mask, prefix and the length of every entry; not their order.
@@ -56,16 +61,16 @@ class IndexPageView {
   std::size_t free_space() const { return LoadU16(page_, layout_->index_page.free_space); }
   std::size_t prefix() const { return prefix_; }
   /// Bytes that the entries take.
-  std::size_t used() const { return count_ == 0 ? 0 : ends_[count_ - 1]; }
+  std::size_t used() const { return ends_.empty() ? 0 : ends_.back(); }
 
-  std::size_t count() const { return count_; }
+  std::size_t count() const { return ends_.size(); }
   /// Where entry `i` ends, counted from the first.
   std::size_t End(std::size_t i) const { return ends_[i]; }
   /// Key of entry `i` in two parts, to be read one after the other.
   std::string_view KeyHead(std::size_t i) const;
   std::string_view KeyTail(std::size_t i) const;
   std::string Key(std::size_t i) const;
-  RowPointer Row(std::size_t i) const;
+  RowPointer Row(std::size_t i) const { return RowOf(PointerOf(i)); }
   PageNumber Child(std::size_t i) const;
   IndexEntry Entry(std::size_t i) const { return {Key(i), Row(i), leaf_ ? 0 : Child(i)}; }
 
@@ -84,23 +89,25 @@ class IndexPageView {
   /// Entry `i` as stored.
   ByteView Stored(std::size_t i) const;
   std::size_t KeySize(std::size_t i) const;
-  /// Byte `k` of what follows the key.
-  std::uint8_t PointerByte(std::size_t i, std::size_t k) const;
-  std::size_t PointerSize() const { return leaf_ ? 4 : 8; }
+  /// What follows the key, gathered where the prefix runs on into it.
+  using PointerBytes = std::array<std::uint8_t, 8>;
+  PointerBytes PointerOf(std::size_t i) const;
+  static RowPointer RowOf(const PointerBytes& pointer) {
+    return {.page = LoadBigU24(pointer, 0), .row = pointer[3]};
+  }
+  std::size_t PointerSize() const { return leaf_ ? kLeafPointer : kNodePointer; }
 
-  static constexpr std::size_t kMaxEntries = 1024;
   const Layout* layout_;
   ByteView page_;
   bool leaf_ = true;
   std::size_t prefix_ = 0;
-  std::size_t count_ = 0;
-  std::array<std::uint16_t, kMaxEntries> ends_;  ///< of the entries, within the entry area
+  std::vector<std::uint16_t> ends_;  ///< of the entries, within the entry area
 };
 
 /// Bytes of room for entries.
 std::size_t IndexPageRoom(JetVersion version);
 
-/// The longest prefix that the entries may leave out: common to all keys. They are in order.
+/// The longest prefix that the entries may leave out: common to all keys.
 std::size_t BestPrefix(const std::vector<IndexEntry>& entries);
 
 /// Bytes that the entries take with their best prefix.

@@ -5,9 +5,6 @@
 namespace zent::jet {
 namespace {
 
-constexpr std::size_t kLeafPointer = 4;
-constexpr std::size_t kNodePointer = 8;
-
 constexpr std::size_t PointerSize(bool leaf) { return leaf ? kLeafPointer : kNodePointer; }
 
 std::size_t SizeWithPrefix(const std::vector<IndexEntry>& entries, bool leaf, std::size_t prefix) {
@@ -26,9 +23,11 @@ class EntryArea {
 
   MutableBytes bytes() { return page_.subspan(place_.entries, page_size_ - place_.entries); }
 
-  void ClearMask() {
-    const MutableBytes mask = page_.subspan(place_.mask, place_.mask_size);
-    std::fill(mask.begin(), mask.end(), std::uint8_t{0});
+  /// Clears the marks of all ends behind `end`.
+  void ClearMaskBehind(std::size_t end) {
+    const MutableBytes mask = page_.subspan(place_.mask, place_.mask_size).subspan(end / 8);
+    mask[0] = static_cast<std::uint8_t>(mask[0] & ((2U << (end % 8)) - 1U));
+    std::fill(mask.begin() + 1, mask.end(), std::uint8_t{0});
   }
   void MarkEnd(std::size_t end) {
     std::uint8_t& byte = page_[place_.mask + end / 8];
@@ -61,13 +60,9 @@ class EntryArea {
   MutableBytes page_;
 };
 
-/// The ends of all entries from the view, those from `at` on moved by `move`, in the mask.
-void RewriteMask(const IndexPageView& view, std::size_t first, std::ptrdiff_t move,
-                 EntryArea& area) {
-  for (std::size_t i = 0; i < view.count(); ++i) {
-    const auto end = static_cast<std::ptrdiff_t>(view.End(i));
-    area.MarkEnd(static_cast<std::size_t>(i < first ? end : end + move));
-  }
+/// Where entry `i` of the view begins.
+std::size_t BeginOf(const IndexPageView& view, std::size_t i) {
+  return i == 0 ? 0 : view.End(i - 1);
 }
 
 }  // namespace
@@ -79,14 +74,14 @@ std::size_t IndexPageRoom(JetVersion version) {
 
 std::size_t BestPrefix(const std::vector<IndexEntry>& entries) {
   if (entries.size() < 2) return 0;
+  // Of entries in order the first and the last would tell it all; those of a damaged page may be in
+  // none, and keys must not change by being written again.
   const std::string& first = entries.front().key;
-  const std::string& last = entries.back().key;
-  const auto [mismatch, other] =
-      std::mismatch(first.begin(), first.end(), last.begin(), last.end());
-  std::size_t prefix = static_cast<std::size_t>(mismatch - first.begin());
-  // Of a page in order no key is shorter than what its first and last share.
-  for (const IndexEntry& entry : entries) prefix = std::min(prefix, entry.key.size());
-  return prefix;
+  auto shared = first.end();
+  for (const IndexEntry& entry : entries) {
+    shared = std::mismatch(first.begin(), shared, entry.key.begin(), entry.key.end()).first;
+  }
+  return static_cast<std::size_t>(shared - first.begin());
 }
 
 std::size_t PackedSize(const std::vector<IndexEntry>& entries, bool leaf) {
@@ -137,14 +132,14 @@ bool InsertEntry(const IndexPageView& view, JetVersion version, std::size_t at,
 
   EntryArea area(version, page);
   const MutableBytes bytes = area.bytes();
-  const std::size_t begin = at == 0 ? 0 : view.End(at - 1);
+  const std::size_t begin = BeginOf(view, at);
   std::copy_backward(bytes.begin() + static_cast<std::ptrdiff_t>(begin),
                      bytes.begin() + static_cast<std::ptrdiff_t>(view.used()),
                      bytes.begin() + static_cast<std::ptrdiff_t>(view.used() + size));
-  area.ClearMask();
+  area.ClearMaskBehind(begin);
   area.SetPrefix(prefix);
   area.MarkEnd(area.Put(entry, view.leaf(), prefix, begin));
-  RewriteMask(view, at, static_cast<std::ptrdiff_t>(size), area);
+  for (std::size_t i = at; i < view.count(); ++i) area.MarkEnd(view.End(i) + size);
   area.SetUsed(view.used() + size);
   return true;
 }
@@ -152,18 +147,16 @@ bool InsertEntry(const IndexPageView& view, JetVersion version, std::size_t at,
 bool RemoveEntry(const IndexPageView& view, JetVersion version, std::size_t at, MutableBytes page) {
   const bool only = view.count() == 1;
   if (at == 0 && view.prefix() > 0 && !only) return false;
-  const std::size_t begin = at == 0 ? 0 : view.End(at - 1);
+  const std::size_t begin = BeginOf(view, at);
   const std::size_t size = view.End(at) - begin;
   EntryArea area(version, page);
   const MutableBytes bytes = area.bytes();
   std::copy(bytes.begin() + static_cast<std::ptrdiff_t>(begin + size),
             bytes.begin() + static_cast<std::ptrdiff_t>(view.used()),
             bytes.begin() + static_cast<std::ptrdiff_t>(begin));
-  area.ClearMask();
+  area.ClearMaskBehind(begin);
   if (only) area.SetPrefix(0);
-  for (std::size_t i = 0; i < view.count(); ++i) {
-    if (i != at) area.MarkEnd(i < at ? view.End(i) : view.End(i) - size);
-  }
+  for (std::size_t i = at + 1; i < view.count(); ++i) area.MarkEnd(view.End(i) - size);
   area.SetUsed(view.used() - size);
   return true;
 }

@@ -46,7 +46,7 @@ class RowView {
   JetVersion version_ = JetVersion::Jet4;
   std::size_t column_count_ = 0;
   std::size_t mask_ = 0;       ///< offset of the null mask
-  std::size_t fixed_end_ = 0;  ///< the fixed area cannot pass it
+  std::size_t fixed_end_ = 0;  ///< variable fields cannot pass it
   std::size_t variable_count_ = 0;
   std::size_t offsets_ = 0;  ///< place of the offset of slot 0
   std::size_t jumps_ = 0;    ///< Jet 3: jump bytes in use

@@ -97,7 +97,9 @@ RowView::FieldState RowView::Field(const ColumnDefinition& column, ByteView& byt
   if (column.IsFixed()) {
     start = (version_ == JetVersion::Jet4 ? kCountSizeJet4 : kCountSizeJet3) + column.fixed_offset;
     end = start + column.length;
-    if (end > fixed_end_) return FieldState::Damaged;
+    // Not fixed_end_: the row may be older than the first variable column, and then what seem to be
+    // its offsets are the fixed area.
+    if (end > mask_) return FieldState::Damaged;
   } else {
     if (!trailer_) return FieldState::Damaged;
     if (column.slot >= variable_count_) return FieldState::Null;

@@ -48,7 +48,7 @@ constexpr std::array<std::uint16_t, 256> LatinRuns(std::span<const SortRun> runs
 constexpr std::array<std::uint16_t, 256> kLatin4 = LatinRuns(kOrder4);
 constexpr std::array<std::uint16_t, 256> kLatin3 = LatinRuns(kOrder3);
 
-SortEntry EntryOf(const SortRun& run, char16_t unit) {
+constexpr SortEntry EntryOf(const SortRun& run, char16_t unit) {
   const std::int64_t k = unit - run.first;
   return {.sort_class = run.sort_class,
           .code_size = run.code_size,
@@ -56,6 +56,20 @@ SortEntry EntryOf(const SortRun& run, char16_t unit) {
           .code = static_cast<std::uint32_t>(run.code + k * run.code_step),
           .weight = static_cast<std::uint16_t>(run.weight + k * run.weight_step)};
 }
+
+constexpr std::array<AsciiCode, 128> AsciiCodes() {
+  std::array<AsciiCode, 128> codes = {};
+  for (std::size_t unit = 0; unit < codes.size(); ++unit) {
+    const SortEntry entry = EntryOf(kOrder4[kLatin4[unit]], static_cast<char16_t>(unit));
+    if (entry.sort_class != SortClass::Plain || entry.weight_size != 0) continue;
+    codes[unit].size = entry.code_size;
+    const unsigned above = entry.code_size == 2 ? 8 : 0;
+    codes[unit].bytes = {static_cast<char>(entry.code >> above), static_cast<char>(entry.code)};
+  }
+  return codes;
+}
+
+constexpr std::array<AsciiCode, 128> kAscii4 = AsciiCodes();
 
 /// The run of `unit`, or the end: the first one of a sorted range that does not end before it.
 const SortRun* FindRun(const SortRun* begin, const SortRun* end, char16_t unit) {
@@ -71,6 +85,12 @@ SortEntry SortEntry4(char16_t unit) {
   const SortRun* const last = std::min(end, &kOrder4[0] + kStarts4[block + 1] + 1);
   const SortRun* const run = FindRun(&kOrder4[kStarts4[block]], last, unit);
   return run == end || run->first > unit ? SortEntry{} : EntryOf(*run, unit);
+}
+
+const AsciiCode& AsciiCode4(char character) {
+  static constexpr AsciiCode kNone = {};
+  const auto unit = static_cast<unsigned char>(character);
+  return unit < kAscii4.size() ? kAscii4[unit] : kNone;
 }
 
 SortEntry SortEntry3(char16_t unit) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -46,6 +47,14 @@ struct SortEntry {
 
 /// The entry of a UTF-16 unit in the order of Jet 4.
 SortEntry SortEntry4(char16_t unit);
+
+/// The code of an ASCII character in the order of Jet 4, the highest byte first. Size 0: the
+/// character has more than a code, or none.
+struct AsciiCode {
+  std::uint8_t size = 0;
+  std::array<char, 2> bytes = {};
+};
+const AsciiCode& AsciiCode4(char character);
 
 /// The entry of a UTF-16 unit in the order of Jet 3, by its byte in code page 1252.
 SortEntry SortEntry3(char16_t unit);

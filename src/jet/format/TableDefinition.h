@@ -17,6 +17,9 @@
 /// well, so that a definition that is read and written is the same byte for byte.
 namespace zent::jet {
 
+/// Stands for a column where there is none.
+inline constexpr std::uint16_t kNoColumn = 0xFFFF;
+
 inline constexpr std::uint8_t kFixedColumn = 0x01;
 inline constexpr std::uint8_t kNullableColumn = 0x02;  ///< set on every ordinary column
 inline constexpr std::uint8_t kAutoNumberColumn = 0x04;

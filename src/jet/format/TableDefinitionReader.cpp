@@ -10,7 +10,6 @@
 namespace zent::jet {
 namespace {
 
-constexpr std::uint16_t kNoColumn = 0xFFFF;
 constexpr std::size_t kLongMapSize = 10;  // u16 column, two row pointers
 // More than any file has; keeps a lying count from costing memory.
 constexpr std::uint32_t kMaxIndexCount = 1024;

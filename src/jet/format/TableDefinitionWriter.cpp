@@ -6,7 +6,6 @@
 namespace zent::jet {
 namespace {
 
-constexpr std::uint16_t kNoColumn = 0xFFFF;
 constexpr std::uint32_t kMark = 1625;       // stands before most records of Jet 4
 constexpr std::uint32_t kIndexMark = 1923;  // before its real indexes
 

@@ -13,8 +13,14 @@ constexpr std::size_t kMaxCompressed = 1024;
 constexpr std::string_view kCompressedMark = "\xFF\xFE";
 constexpr char16_t kByteOrderMark = 0xFEFF;
 
+/// Most text is of these characters alone; eight at a time.
 bool IsAscii(ByteView bytes) {
-  return std::all_of(bytes.begin(), bytes.end(), [](std::uint8_t byte) { return byte < 0x80; });
+  constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+  std::uint64_t all = 0;
+  std::size_t at = 0;
+  for (; at + 8 <= bytes.size(); at += 8) all |= LoadU64(bytes, at);
+  for (; at < bytes.size(); ++at) all |= bytes[at];
+  return (all & kHighBits) == 0;
 }
 
 /// Appends characters of one byte each, U+0001 to U+00FF.
@@ -89,6 +95,12 @@ std::string DecodeText(JetVersion version, ByteView bytes) {
 
 void EncodeText(std::string_view utf8, bool compress, std::string& bytes) {
   bytes.clear();
+  const bool short_enough = utf8.size() >= kMinCompressed && utf8.size() <= kMaxCompressed;
+  if (compress && short_enough && IsAscii(AsBytes(utf8)) && utf8.find('\0') == utf8.npos) {
+    bytes.reserve(kCompressedMark.size() + utf8.size());
+    bytes.append(kCompressedMark).append(utf8);
+    return;
+  }
   const std::u16string text = ToUtf16(utf8);
   if (compress && IsCompressible(text)) {
     bytes.reserve(kCompressedMark.size() + text.size());
@@ -113,6 +125,7 @@ std::string EncodeName(JetVersion version, std::string_view utf8) {
 }
 
 std::size_t CountUnits(std::string_view utf8) {
+  if (IsAscii(AsBytes(utf8))) return utf8.size();
   std::size_t units = 0;
   for (std::size_t at = 0; at < utf8.size();) units += NextCodePoint(utf8, at) < 0x10000 ? 1U : 2U;
   return units;

@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "base/Utf.h"
+#include "jet/format/Layout.h"
 #include "jet/format/SortOrder.h"
 #include "jet/format/TextKey.h"
 
@@ -138,14 +139,36 @@ class KeyStreams {
   std::size_t unplaced_ = 0;    ///< bytes of weight before the first place
 };
 
-}  // namespace
-
-void AppendTextKey4(std::string_view utf8, bool ascending, std::string& key) {
+/// The streams of a text whose characters are ASCII and codes alone, as most are. False, and
+/// nothing appended, for any other.
+bool AppendAsciiStreams(std::string_view text, std::string& key) {
+  text = text.substr(0, kMaxTextUnits);
+  while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
   const std::size_t begin = key.size();
+  for (const char character : text) {
+    const AsciiCode& code = AsciiCode4(character);
+    if (code.size == 0) {
+      key.resize(begin);
+      return false;
+    }
+    key.append(code.bytes.data(), code.size);
+  }
+  key.push_back(kEndOfCodes);
+  return true;
+}
+
+void AppendStreams(std::string_view utf8, std::string& key) {
   const std::u16string text = ToUtf16(utf8);
   KeyStreams streams(key);
   for (const char16_t unit : KeyPart(text)) streams.Add(unit);
   streams.Finish();
+}
+
+}  // namespace
+
+void AppendTextKey4(std::string_view utf8, bool ascending, std::string& key) {
+  const std::size_t begin = key.size();
+  if (!AppendAsciiStreams(utf8, key)) AppendStreams(utf8, key);
   if (!ascending) {
     key.push_back(kEndOfKey);
     std::transform(key.begin() + static_cast<std::ptrdiff_t>(begin), key.end(),

@@ -5,14 +5,6 @@
 #include "jet/format/JetErrors.h"
 
 namespace zent::jet {
-namespace {
-
-constexpr std::size_t kFirstPageOffset = 1;  // inline: u32, then the bits
-constexpr std::size_t kInlineBitsOffset = 5;
-constexpr std::size_t kBitmapHeadSize = 4;  // bitmap page: type, 1, 0, 0, then the bits
-
-}  // namespace
-
 std::uint32_t PagesPerBitmap(JetVersion version) {
   return static_cast<std::uint32_t>((LayoutOf(version).page_size - kBitmapHeadSize) * 8);
 }

@@ -14,6 +14,10 @@ namespace zent::jet {
 
 enum class MapKind : std::uint8_t { Inline = 0, Reference = 1 };
 
+inline constexpr std::size_t kFirstPageOffset = 1;  ///< inline: u32, then the bits
+inline constexpr std::size_t kInlineBitsOffset = 5;
+inline constexpr std::size_t kBitmapHeadSize = 4;  ///< bitmap page: type, 1, 0, 0, then the bits
+
 /// Pages that one bitmap page covers.
 std::uint32_t PagesPerBitmap(JetVersion version);
 
@@ -60,6 +64,16 @@ Result<PageBits> OpenBitmapPage(JetVersion version, ByteView page, std::size_t i
 
 /// An empty inline map with its window at page 0.
 std::vector<std::uint8_t> NewUsageMapRow(JetVersion version);
+
+/// Whether data page `page` with that owner holds usage maps. Page 1, which has the global map,
+/// names itself in files of Access.
+constexpr bool HoldsUsageMaps(PageNumber page, std::uint32_t owner) {
+  return owner == kUsageMapOwner || (page == kGlobalMapPage && owner == kGlobalMapPage);
+}
+
+/// Makes `page` page 1 of a new Jet 4 file: the global map, in which all pages behind the fixed
+/// ones are free, and beside it the empty map of unknown use that every file has.
+void InitGlobalMapPage(MutableBytes page);
 
 /// Makes `page` a bitmap page of all clear (or all set) bits.
 void InitBitmapPage(bool all_set, MutableBytes page);

@@ -1,13 +1,10 @@
 #include <algorithm>
 
+#include "jet/format/DataPage.h"
 #include "jet/format/UsageMap.h"
 
 namespace zent::jet {
 namespace {
-
-constexpr std::size_t kFirstPageOffset = 1;
-constexpr std::size_t kInlineBitsOffset = 5;
-constexpr std::size_t kBitmapHeadSize = 4;
 
 PageBits BitsOf(ByteView row) {
   return {LoadU32(row, kFirstPageOffset), row.subspan(kInlineBitsOffset)};
@@ -34,6 +31,17 @@ std::vector<PageNumber> PagesOf(ByteView row) {
 
 std::vector<std::uint8_t> NewUsageMapRow(JetVersion version) {
   return std::vector<std::uint8_t>(LayoutOf(version).data.usage_map_row);
+}
+
+void InitGlobalMapPage(MutableBytes page) {
+  InitDataPage(JetVersion::Jet4, kGlobalMapPage, page);
+  std::vector<std::uint8_t> map = NewUsageMapRow(JetVersion::Jet4);
+  const std::vector<std::uint8_t> second = map;
+  for (PageNumber free = kRelationshipsPage + 1; SetInlineBit(map, free, true); ++free) {
+  }
+  for (const auto& row : {map, second}) {
+    InsertRow(JetVersion::Jet4, page, row, SlotKind::Row, false);
+  }
 }
 
 void InitBitmapPage(bool all_set, MutableBytes page) {

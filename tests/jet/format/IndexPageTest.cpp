@@ -188,6 +188,10 @@ const PrefixCase kPrefixes[] = {
     {"what first and last share", {EntryOf("7F 01 02", 1, 1), EntryOf("7F 01 03", 1, 1)}, 2, 12},
     {"equal keys", {EntryOf("7F 01", 1, 1), EntryOf("7F 01", 1, 2)}, 2, 10},
     {"not more than the shortest", {EntryOf("7F", 1, 1), EntryOf("7F 01", 1, 2)}, 1, 10},
+    {"an end that differs from its neighbours in no order",
+     {EntryOf("7F 01", 1, 1), EntryOf("00", 1, 3), EntryOf("7F 01", 1, 2)},
+     0,
+     17},
     {"nothing shared", {EntryOf("00", 1, 1), EntryOf("7F 01", 1, 2)}, 0, 11},
 };
 
@@ -214,6 +218,18 @@ TEST(BuildIndexPage, PacksOnlyWhatWouldNotFit) {
   Page kept(4096, 0xAB);
   EXPECT_FALSE(BuildIndexPage(kVersion, too_many, kept));
   EXPECT_EQ(kept, Page(4096, 0xAB));
+}
+
+// A damaged page may hold its entries in no order; to write it again must not change their keys.
+TEST(BuildIndexPage, KeepsEveryKeyOfAPageInNoOrder) {
+  IndexPage content = {.entries = Numbered(220, "7F 11 22 33 44 55 66 77 88 99")};
+  content.entries[100].key = Hex("01 02 03 04 05 06 07 08 09 0A 0B 0C");
+  Page page(4096);
+  ASSERT_TRUE(BuildIndexPage(kVersion, content, page));
+  EXPECT_EQ(Open(page).Load(), content);
+  content.entries = Numbered(400, "7F 11 22 33 44 55 66 77 88 99");
+  content.entries[100].key = Hex("7F 11 02 03 04 05 06 07 08 09 0A 0B");
+  EXPECT_FALSE(BuildIndexPage(kVersion, content, page)) << "two bytes shared do not make it fit";
 }
 
 TEST(BuildIndexPage, KeepsToTheFormOfAccess97) {

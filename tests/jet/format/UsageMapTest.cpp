@@ -25,6 +25,14 @@ std::vector<std::uint8_t> MapOf(std::initializer_list<PageNumber> pages) {
   return row;
 }
 
+TEST(UsageMap, LieOnPagesOfNoOwnerAndOnPageOne) {
+  EXPECT_TRUE(HoldsUsageMaps(1, 1));
+  EXPECT_TRUE(HoldsUsageMaps(1, 0));
+  EXPECT_TRUE(HoldsUsageMaps(17, 0));
+  EXPECT_FALSE(HoldsUsageMaps(17, 1));
+  EXPECT_FALSE(HoldsUsageMaps(1, 2));
+}
+
 TEST(UsageMap, ReadsTheMapOfARealTable) {
   std::vector<std::uint8_t> row = HexVector("00 00 00 00 00 00 00 00 00 00 00 00 10");
   row.resize(69);
