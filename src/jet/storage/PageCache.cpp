@@ -52,6 +52,7 @@ PageFrame* PageCache::Add(PageNumber page) {
   if (held_ < capacity_) {
     frame = std::make_unique<PageFrame>();
     frame->bytes = std::make_unique_for_overwrite<std::uint8_t[]>(page_size_);
+    frame->place = frame->apart.insert(frame->apart.end(), frame.get());
     ++held_;
   } else {
     if (reusable_.empty()) return nullptr;
@@ -155,13 +156,13 @@ void PageCache::Settle(PageFrame& frame) {
   if (!reusable) {
     Hide(frame);
   } else if (!frame.reusable) {
-    frame.place = reusable_.insert(reusable_.end(), &frame);
+    reusable_.splice(reusable_.end(), frame.apart);
     frame.reusable = true;
   }
 }
 
 void PageCache::Hide(PageFrame& frame) {
-  if (frame.reusable) reusable_.erase(frame.place);
+  if (frame.reusable) frame.apart.splice(frame.apart.end(), reusable_, frame.place);
   frame.reusable = false;
 }
 

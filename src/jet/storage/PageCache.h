@@ -23,8 +23,9 @@ struct PageFrame {
   bool dirty = false;    ///< differs from the file
   bool dropped = false;  ///< no longer in the cache: goes with its last pin
   std::unique_ptr<std::uint8_t[]> bytes;
-  std::list<PageFrame*>::iterator place;  ///< in the list of frames that may be reused
-  bool reusable = false;                  ///< `place` is valid
+  std::list<PageFrame*> apart;            ///< holds `place` while no list of the cache does
+  std::list<PageFrame*>::iterator place;  ///< moves between the lists and is never made anew
+  bool reusable = false;                  ///< it is in the list of frames that may be reused
 
   bool pinned() const { return views + edits > 0; }
 };

@@ -11,6 +11,8 @@ namespace {
 
 // A scan passes over a few pages of other tables without ceasing to be one.
 constexpr std::uint64_t kGap = 8;
+// A search down a tree may go upwards through the file by chance, and wants no page but its own.
+constexpr std::size_t kSearch = 6;
 
 }  // namespace
 
@@ -82,7 +84,8 @@ Result<ByteView> PageFile::ReadStored(PageNumber page) {
 
 std::size_t ReadAhead::CountFor(PageNumber page) {
   const bool onwards = page >= next_ && page - next_ <= kGap;
-  count_ = onwards ? std::min(2 * count_, PageFile::kGroup) : 1;
+  run_ = onwards ? run_ + 1 : 0;
+  count_ = run_ < kSearch ? 1 : std::min(2 * count_, PageFile::kGroup);
   return count_;
 }
 

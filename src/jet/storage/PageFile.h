@@ -59,13 +59,15 @@ class PageFile {
 /// Notices reads that go upwards through the file and tells how many pages to read at once.
 class ReadAhead {
  public:
-  /// Pages to read for one that is missing: 1 for a jump, then doubling up to PageFile::kGroup.
+  /// Pages to read for one that is missing: 1 for a jump and for the first few behind it, then
+  /// doubling up to PageFile::kGroup.
   std::size_t CountFor(PageNumber page);
   /// `count` pages from `first` on were read.
   void Note(PageNumber first, std::size_t count);
 
  private:
   std::size_t count_ = 1;
+  std::size_t run_ = 0;  ///< reads since the last jump
   std::uint64_t next_ = 1;
 };
 

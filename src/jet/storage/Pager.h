@@ -24,6 +24,7 @@ struct PagerOptions {
   std::size_t cache_bytes = 64U << 20U;      ///< bound of the pages held in memory
   int lock_attempts = 100;                   ///< how often a lock is tried ...
   std::chrono::milliseconds lock_pause{50};  ///< ... and the pause in between
+  std::string like = {};  ///< Create: the file whose owner and rights the new one gets
 };
 
 /// The pages of one database file: cached, decrypted, changed in transactions.
@@ -91,9 +92,15 @@ class Pager {
   /// Opens a transaction. Within one it only counts: the inner Commit keeps the changes for the
   /// outer one to decide.
   Status Begin();
+  /// As an inner Begin, of a part that its Rollback undoes alone: the outer transaction goes on as
+  /// if the part had never begun. A part of more than kMaxPartPages changed pages, or one that cuts
+  /// the file, is as an ordinary Begin.
+  Status BeginPart();
+  static constexpr std::size_t kMaxPartPages = 4096;
   Status Commit();
-  /// Undoes everything since the outermost Begin. On an inner level the outer transaction stays
-  /// open but refuses all but its own Rollback (its Commit fails and ends it).
+  /// Undoes everything since the outermost Begin. On an inner level that is no part the outer
+  /// transaction (or the part around it) stays open but refuses all but its own Rollback (its
+  /// Commit fails and ends it).
   Status Rollback();
   bool in_transaction() const;
 
@@ -125,15 +132,16 @@ class ReadScope {
   Status status_;
 };
 
-/// A transaction that rolls back unless committed.
-class Transaction {
+/// A transaction of pages that rolls back unless committed.
+class PageTransaction {
  public:
-  explicit Transaction(Pager& pager) : pager_(pager), status_(pager.Begin()), open_(status_.ok()) {}
-  ~Transaction() {
+  explicit PageTransaction(Pager& pager)
+      : pager_(pager), status_(pager.Begin()), open_(status_.ok()) {}
+  ~PageTransaction() {
     if (open_) static_cast<void>(pager_.Rollback());
   }
-  Transaction(const Transaction&) = delete;
-  Transaction& operator=(const Transaction&) = delete;
+  PageTransaction(const PageTransaction&) = delete;
+  PageTransaction& operator=(const PageTransaction&) = delete;
 
   /// Why it could not begin; else ok.
   const Status& status() const { return status_; }

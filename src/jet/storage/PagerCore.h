@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "jet/format/JetErrors.h"
@@ -32,6 +33,15 @@ Status Recover(Storage& storage, const std::string& path, StoredFile& file, File
 /// As Recover, by opening the file once more, for writing.
 Status RecoverByOpening(Storage& storage, const std::string& path, const PagerOptions& options);
 
+/// A part of a transaction that can be undone alone: the pages that it changed, as they were
+/// before.
+struct PagerPart {
+  int depth = 0;  ///< of its Begin
+  PageNumber page_count = 0;
+  bool lost = false;  ///< not all that it changed is known
+  std::unordered_map<PageNumber, std::vector<std::uint8_t>> pages = {};
+};
+
 /// What the members of Pager work on.
 struct Pager::Core {
   Core(Storage& storage, std::string path, const PagerOptions& options, OpenedFile opened);
@@ -54,6 +64,15 @@ struct Pager::Core {
   Status WriteChanges();
   Status Discard();
   void EndTransaction();
+  // Parts of a transaction (PagerParts.cpp).
+  /// Keeps what the page holds before the innermost part changes it.
+  void KeepForPart(const PageFrame& frame);
+  /// The part that began at the present depth, if there is one, belongs to what is around it.
+  void JoinPart();
+  bool InPartOfDepth() const { return !parts.empty() && parts.back().depth == depth; }
+  Status UndoPart();
+  Status PutBack(const PagerPart& part);
+
   /// Ends the transaction by undoing it; `cause`, unless undoing failed as well.
   Status Abandon(const Status& cause);
 
@@ -78,6 +97,7 @@ struct Pager::Core {
   PageNumber original_count = 0;       ///< pages before the transaction
   bool shrunk = false;                 ///< the file must be cut at the commit
   bool doomed = false;                 ///< the transaction can only be rolled back
+  std::vector<PagerPart> parts;        ///< the innermost last
   std::optional<RuntimeError> broken;  ///< why nothing works any more
 };
 

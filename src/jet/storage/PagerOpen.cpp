@@ -161,7 +161,8 @@ Result<std::unique_ptr<Pager>> Pager::Create(Storage& storage, std::string_view 
   {
     const Result<FileHeader> header = ParseFileHeader(header_page);
     if (!header.ok()) return header.error();
-    const Result<std::unique_ptr<StoredFile>> file = storage.Create(name, Sharing::Exclusive, {});
+    const Result<std::unique_ptr<StoredFile>> file =
+        storage.Create(name, Sharing::Exclusive, options.like);
     if (!file.ok()) return CannotOpen(file.error(), storage, name, Sharing::Exclusive);
     const std::size_t page_size = LayoutOf(header.value().version).page_size;
     Status made = file.value()->WriteAt(0, header_page.first(page_size));

@@ -76,6 +76,7 @@ Status Pager::Core::Discard() {
 void Pager::Core::EndTransaction() {
   depth = 0;
   doomed = false;
+  parts.clear();
   // Alone with the file the journal stays for the next transaction.
   if (!exclusive && !broken) undo.RemoveJournal();
   locks.AdmitReaders(scopes > 0);
@@ -126,6 +127,7 @@ Status Pager::Commit() {
   Core& core = *core_;
   if (core.depth == 0) return JetErrorBecause(kInvalidOperation, "no transaction is open");
   if (core.depth > 1) {
+    core.JoinPart();
     --core.depth;
     return core.CheckChange();
   }
@@ -143,10 +145,12 @@ Status Pager::Rollback() {
   Core& core = *core_;
   if (core.depth == 0) return JetErrorBecause(kInvalidOperation, "no transaction is open");
   if (core.depth == 1) return core.Abandon({});
+  if (core.InPartOfDepth()) return core.UndoPart();
   --core.depth;
   if (core.doomed) return {};
   core.doomed = true;
-  return core.Discard();
+  // The part around it may still be undone alone.
+  return core.parts.empty() ? core.Discard() : Status();
 }
 
 Result<PageEdit> Pager::Edit(PageNumber page) {
@@ -154,6 +158,7 @@ Result<PageEdit> Pager::Edit(PageNumber page) {
   if (Status change = core.CheckChange(); !change.ok()) return change.error();
   const Result<PageFrame*> frame = core.Load(page);
   if (!frame.ok()) return frame.error();
+  core.KeepForPart(*frame.value());
   if (!frame.value()->dirty) {
     if (Status kept = core.undo.Keep(*frame.value()); !kept.ok()) return kept.error();
     core.cache.MarkDirty(*frame.value());
@@ -188,6 +193,7 @@ Status Pager::Shrink(PageNumber page_count) {
   for (PageNumber page = page_count; page < core.page_count; ++page) {
     if (Status kept = core.undo.KeepStored(page); !kept.ok()) return kept;
   }
+  for (PagerPart& part : core.parts) part.lost = true;
   core.cache.DropFrom(page_count);
   core.page_count = page_count;
   core.shrunk = true;

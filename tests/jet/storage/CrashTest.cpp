@@ -118,7 +118,7 @@ TEST(Crash, OfAnEncryptedFileIsUndoneToTheByte) {
     {
       const auto pager = Pager::Open(storage, kPath, Opened(Sharing::Exclusive));
       ASSERT_TRUE(pager.ok());
-      Transaction transaction(*pager.value());
+      PageTransaction transaction(*pager.value());
       ASSERT_TRUE(transaction.status().ok());
       const bool filled = FillPage(*pager.value(), 2, 0x77).ok();
       if (filled && transaction.Commit().ok()) break;

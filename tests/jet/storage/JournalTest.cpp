@@ -138,7 +138,7 @@ TEST(Journal, ThatMeansNothingIsNoHindrance) {
       {
         const auto pager = Pager::Open(storage, kPath, Opened(sharing));
         ASSERT_TRUE(pager.ok());
-        Transaction transaction(*pager.value());
+        PageTransaction transaction(*pager.value());
         ASSERT_TRUE(FillPage(*pager.value(), 2, 0x12).ok());
         ASSERT_TRUE(transaction.Commit().ok());
       }

@@ -26,7 +26,7 @@ class SharedDatabase : public ::testing::Test {
   }
   /// Commits page 3 full of `value`.
   static Status Save(Pager& pager, std::uint8_t value) {
-    Transaction transaction(pager);
+    PageTransaction transaction(pager);
     if (!transaction.status().ok()) return transaction.status();
     if (Status filled = FillPage(pager, 3, value); !filled.ok()) return filled;
     return transaction.Commit();
