@@ -10,7 +10,7 @@ Result<IndexPageHold> HoldIndexPage(Pager& pager, PageNumber page, PageNumber ta
   Result<IndexPageView> view = IndexPageView::Open(pager.version(), held.value().bytes(), page);
   if (!view.ok()) return view.error();
   if (view.value().owner() != table) return Damaged(page, "an index page of another table");
-  return IndexPageHold{std::move(held.value()), view.value()};
+  return IndexPageHold{std::move(held.value()), std::move(view.value())};
 }
 
 Status IndexCursor::Hold(PageNumber page) {

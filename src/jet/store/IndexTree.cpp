@@ -21,16 +21,16 @@ Result<bool> IndexTree::HasKey(std::string_view key) const {
   return cursor.Compare(key, cursor.row()) == 0;
 }
 
-Result<IndexTree::Path> IndexTree::Descend(std::string_view key, RowPointer row) const {
+Result<IndexTree::Place> IndexTree::Descend(std::string_view key, RowPointer row) const {
   Path path;
   for (PageNumber page = place_.root; path.size() < kMaxIndexHeight;) {
-    const Result<IndexPageHold> hold = HoldIndexPage(maps_.pager(), page, place_.table);
+    Result<IndexPageHold> hold = HoldIndexPage(maps_.pager(), page, place_.table);
     if (!hold.ok()) return hold.error();
     const IndexPageView& view = hold.value().view;
     Step step{.page = page, .child = view.LowerBound(key, row)};
     if (view.leaf()) {
       path.push_back(step);
-      return path;
+      return Place{std::move(path), std::move(hold.value())};
     }
     if (step.child == view.count() && view.tail() == 0) {
       if (step.child == 0) return Damaged(page, "an index node without children");
@@ -49,50 +49,50 @@ bool IndexTree::EndsTree(const Path& path) {
 
 Status IndexTree::Insert(std::string_view key, RowPointer row) {
   if (key.size() > kMaxIndexKey) return JetError(kRecordTooLarge);
-  const Result<Path> path = Descend(key, row);
-  if (!path.ok()) return path.error();
-  const Step& leaf = path.value().back();
   const IndexEntry entry{.key = std::string(key), .row = row};
+  Path path;
   {
-    Result<PageEdit> edit = maps_.pager().Edit(leaf.page);
-    if (!edit.ok()) return edit.error();
-    const MutableBytes bytes = edit.value().bytes();
-    const JetVersion version = maps_.pager().version();
-    const Result<IndexPageView> view = IndexPageView::Open(version, bytes, leaf.page);
-    if (!view.ok()) return view.error();
-    const bool at_end = leaf.child == view.value().count();
-    if (!at_end && view.value().Compare(leaf.child, key, row) == 0) {
+    Result<Place> place = Descend(key, row);
+    if (!place.ok()) return place.error();
+    path = std::move(place.value().path);
+    const Step& leaf = path.back();
+    const IndexPageView& view = place.value().leaf.view;
+    const bool at_end = leaf.child == view.count();
+    if (!at_end && view.Compare(leaf.child, key, row) == 0) {
       return Damaged(leaf.page, "an index names a row twice");
     }
-    if (!at_end || EndsTree(path.value())) {
-      if (InsertEntry(view.value(), version, leaf.child, entry, bytes)) return {};
+    if (!at_end || EndsTree(path)) {
+      Result<PageEdit> edit = maps_.pager().Edit(leaf.page);
+      if (!edit.ok()) return edit.error();
+      const JetVersion version = maps_.pager().version();
+      if (InsertEntry(view, version, leaf.child, entry, edit.value().bytes())) return {};
     }
   }
-  return IndexChange(*this).Insert(path.value(), entry);
+  return IndexChange(*this).Insert(path, entry);
 }
 
 Status IndexTree::Delete(std::string_view key, RowPointer row) {
-  const Result<Path> path = Descend(key, row);
-  if (!path.ok()) return path.error();
-  const Step& leaf = path.value().back();
+  Path path;
   {
-    Result<PageEdit> edit = maps_.pager().Edit(leaf.page);
-    if (!edit.ok()) return edit.error();
-    const MutableBytes bytes = edit.value().bytes();
-    const JetVersion version = maps_.pager().version();
-    const Result<IndexPageView> view = IndexPageView::Open(version, bytes, leaf.page);
-    if (!view.ok()) return view.error();
-    const std::size_t count = view.value().count();
-    if (leaf.child == count || view.value().Compare(leaf.child, key, row) != 0) {
+    Result<Place> place = Descend(key, row);
+    if (!place.ok()) return place.error();
+    path = std::move(place.value().path);
+    const Step& leaf = path.back();
+    const IndexPageView& view = place.value().leaf.view;
+    const std::size_t count = view.count();
+    if (leaf.child == count || view.Compare(leaf.child, key, row) != 0) {
       return Damaged(leaf.page, "an index lacks a row");
     }
-    const bool keeps_last = leaf.child + 1 < count || EndsTree(path.value());
-    const bool keeps_page = count > 1 || path.value().size() == 1;
+    const bool keeps_last = leaf.child + 1 < count || EndsTree(path);
+    const bool keeps_page = count > 1 || path.size() == 1;
     if (keeps_last && keeps_page) {
-      if (RemoveEntry(view.value(), version, leaf.child, bytes)) return {};
+      Result<PageEdit> edit = maps_.pager().Edit(leaf.page);
+      if (!edit.ok()) return edit.error();
+      const JetVersion version = maps_.pager().version();
+      if (RemoveEntry(view, version, leaf.child, edit.value().bytes())) return {};
     }
   }
-  return IndexChange(*this).Delete(path.value());
+  return IndexChange(*this).Delete(path);
 }
 
 Status IndexTree::Clear() {

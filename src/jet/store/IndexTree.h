@@ -52,7 +52,11 @@ class IndexTree {
     bool tail = false;
   };
   using Path = std::vector<Step>;
-  Result<Path> Descend(std::string_view key, RowPointer row) const;
+  struct Place {
+    Path path;
+    IndexPageHold leaf;
+  };
+  Result<Place> Descend(std::string_view key, RowPointer row) const;
   /// Whether the last entry of the leaf at the end of `path` is copied to no node.
   static bool EndsTree(const Path& path);
 

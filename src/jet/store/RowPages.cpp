@@ -58,8 +58,9 @@ Result<bool> RowPages::TryInsert(PageNumber page, ByteView row, SlotKind kind, R
     }
     const std::size_t room = RoomForRow(version, view.value().bytes(), owner_.reuses_slots);
     if (room == 0 || room < row.size()) return false;
+    if (Status owned = CheckOwner(page, view.value().bytes()); !owned.ok()) return owned.error();
   }
-  Result<PageEdit> edit = Edit(page);
+  Result<PageEdit> edit = maps_.pager().Edit(page);
   if (!edit.ok()) return edit.error();
   const auto slot = InsertRow(version, edit.value().bytes(), row, kind, owner_.reuses_slots);
   if (!slot) return false;
@@ -70,21 +71,27 @@ Result<bool> RowPages::TryInsert(PageNumber page, ByteView row, SlotKind kind, R
 }
 
 Result<PageEdit> RowPages::Edit(PageNumber page) {
-  const Result<bool> owned = maps_.Has(owner_.owned, page);
-  if (!owned.ok()) return owned.error();
-  if (!owned.value()) return Damaged(page, "it does not belong to the rows it should hold");
   {
     const Result<PageView> view = maps_.pager().Read(page);
     if (!view.ok()) return view.error();
     const ByteView bytes = view.value().bytes();
+    if (Status owned = CheckOwner(page, bytes); !owned.ok()) return owned.error();
     if (Status checked = CheckDataPage(maps_.pager().version(), bytes, page); !checked.ok()) {
       return checked.error();
     }
-    if (LoadU32(bytes, maps_.pager().layout().data.owner) != owner_.number) {
-      return Damaged(page, "it names another owner");
-    }
   }
   return maps_.pager().Edit(page);
+}
+
+/// That the map of the owner has the page, and that the page names the owner.
+Status RowPages::CheckOwner(PageNumber page, ByteView bytes) {
+  const Result<bool> owned = maps_.Has(owner_.owned, page);
+  if (!owned.ok()) return owned.error();
+  if (!owned.value()) return Damaged(page, "it does not belong to the rows it should hold");
+  if (LoadU32(bytes, maps_.pager().layout().data.owner) != owner_.number) {
+    return Damaged(page, "it names another owner");
+  }
+  return {};
 }
 
 Result<bool> RowPages::Replace(RowPointer at, ByteView row, SlotKind kind) {

@@ -37,6 +37,7 @@ class RowPages {
  private:
   Result<bool> TryInsert(PageNumber page, ByteView row, SlotKind kind, RowPointer& at);
   Result<bool> TryFreePages(ByteView row, SlotKind kind, RowPointer& at);
+  Status CheckOwner(PageNumber page, ByteView bytes);
   Status NoteRoom(PageNumber page, ByteView bytes);
 
   UsageMaps& maps_;

@@ -10,7 +10,7 @@ namespace {
 /// be rolled back.
 template <typename Steps>
 Status AsOne(Pager& pager, const Steps& steps) {
-  Transaction transaction(pager);
+  PageTransaction transaction(pager);
   if (!transaction.status().ok()) return transaction.status();
   if (Status done = steps(); !done.ok()) return done;
   return transaction.Commit();
@@ -19,32 +19,94 @@ Status AsOne(Pager& pager, const Steps& steps) {
 }  // namespace
 
 Result<RowPointer> TableStore::Insert(std::vector<Value>& values) {
-  if (Status writable = Writable(); !writable.ok()) return writable.error();
-  if (values.size() != table_.columns.size()) return JetError(kInvalidArgument);
-  std::optional<std::int32_t> last_number;
-  std::vector<Value> given = values;
-  if (Status numbered = GiveNumbers(given, last_number); !numbered.ok()) return numbered.error();
-  RowFields fields(given.size());
-  for (std::size_t i = 0; i < given.size(); ++i) {
-    Result<FieldBytes> field = Accept(i, given[i]);
-    if (!field.ok()) return field.error();
-    fields[i] = std::move(field.value());
-  }
-  const Result<RowKeys> keys = KeysOf(fields, page());
-  if (!keys.ok()) return keys.error();
-  if (Status checked = CheckChange(fields, nullptr, keys.value()); !checked.ok()) {
-    return checked.error();
-  }
+  Result<RowChange> change = CheckInsert(values);
+  if (!change.ok()) return change.error();
+  Result<RowPointer> at = InsertChecked(change.value());
+  if (at.ok()) values = std::move(change.value().values);
+  return at;
+}
 
+Status TableStore::Update(RowPointer at, std::span<const ColumnChange> changes) {
+  Result<RowChange> change = CheckUpdate(at, changes);
+  return change.ok() ? UpdateChecked(change.value()) : change.status();
+}
+
+Status TableStore::Delete(RowPointer at) {
+  const Result<RowChange> change = CheckDelete(at);
+  return change.ok() ? DeleteChecked(change.value()) : change.status();
+}
+
+Result<RowPointer> TableStore::InsertChecked(RowChange& change) {
   RowPointer at;
   const Status stored = AsOne(maps_.pager(), [&]() -> Status {
-    const Result<RowPointer> row = StoreRow(fields, keys.value(), last_number);
+    const Result<RowPointer> row =
+        StoreRow(change.after.fields, change.after.keys, change.last_number);
     at = row.value_or({});
     return row.status();
   });
   if (!stored.ok()) return stored.error();
-  values = std::move(given);
   return at;
+}
+
+Status TableStore::UpdateChecked(RowChange& change) {
+  return AsOne(maps_.pager(), [&] {
+    return ReplaceRow(change.at, change.before, change.after.fields, change.after.keys);
+  });
+}
+
+Status TableStore::DeleteChecked(const RowChange& change) {
+  return AsOne(maps_.pager(), [&] { return RemoveRow(change.at, change.before); });
+}
+
+Result<RowChange> TableStore::CheckInsert(std::vector<Value> values) {
+  if (Status writable = Writable(); !writable.ok()) return writable.error();
+  if (values.size() != table_.columns.size()) return JetError(kInvalidArgument);
+  RowChange change{.values = std::move(values)};
+  if (Status numbered = GiveNumbers(change.values, change.last_number); !numbered.ok()) {
+    return numbered.error();
+  }
+  RowState& after = change.after;
+  after.fields.resize(change.values.size());
+  for (std::size_t i = 0; i < after.fields.size(); ++i) {
+    Result<FieldBytes> field = Accept(i, change.values[i]);
+    if (!field.ok()) return field.error();
+    after.fields[i] = std::move(field.value());
+  }
+  Result<RowKeys> keys = KeysOf(after.fields, page());
+  if (!keys.ok()) return keys.error();
+  after.keys = std::move(keys.value());
+  if (Status checked = CheckChange(after.fields, nullptr, after.keys); !checked.ok()) {
+    return checked.error();
+  }
+  return change;
+}
+
+Result<RowChange> TableStore::CheckUpdate(RowPointer at, std::span<const ColumnChange> changes) {
+  if (Status writable = Writable(); !writable.ok()) return writable.error();
+  Result<RowState> before = OpenRow(at);
+  if (!before.ok()) return before.error();
+  RowChange change{.at = at, .before = std::move(before.value())};
+  RowState& after = change.after;
+  after.fields = change.before.fields;
+  for (const ColumnChange& one : changes) {
+    if (one.position >= after.fields.size()) return JetError(kItemNotFound);
+    Result<FieldBytes> field = Accept(one.position, one.value);
+    if (!field.ok()) return field.error();
+    after.fields[one.position] = std::move(field.value());
+  }
+  Result<RowKeys> keys = KeysOf(after.fields, at.page);
+  if (!keys.ok()) return keys.error();
+  after.keys = std::move(keys.value());
+  Status checked = CheckChange(after.fields, &change.before.keys, after.keys);
+  if (!checked.ok()) return checked.error();
+  return change;
+}
+
+Result<RowChange> TableStore::CheckDelete(RowPointer at) {
+  if (Status writable = Writable(); !writable.ok()) return writable.error();
+  Result<RowState> before = OpenRow(at);
+  if (!before.ok()) return before.error();
+  return RowChange{.at = at, .before = std::move(before.value())};
 }
 
 /// Fills in numbers, and tells the highest one when the counter must follow.
@@ -108,7 +170,7 @@ Status TableStore::CheckChange(const RowFields& fields, const RowKeys* before,
   return BuildRow(table_, fields, builder_).status();
 }
 
-Result<TableStore::OpenedRow> TableStore::OpenRow(RowPointer at) {
+Result<RowState> TableStore::OpenRow(RowPointer at) {
   const Result<StoredRow> row = rows_.Fetch(at);
   if (!row.ok()) return row.error();
   const PageNumber page = row.value().page.page();
@@ -116,33 +178,7 @@ Result<TableStore::OpenedRow> TableStore::OpenRow(RowPointer at) {
   if (!fields.ok()) return fields.error();
   Result<RowKeys> keys = KeysOf(fields.value(), page);
   if (!keys.ok()) return keys.error();
-  return OpenedRow{std::move(fields.value()), std::move(keys.value())};
-}
-
-Status TableStore::Update(RowPointer at, std::span<const ColumnChange> changes) {
-  if (Status writable = Writable(); !writable.ok()) return writable;
-  const Result<OpenedRow> before = OpenRow(at);
-  if (!before.ok()) return before.error();
-  RowFields fields = before.value().fields;
-  for (const ColumnChange& change : changes) {
-    if (change.position >= fields.size()) return JetError(kItemNotFound);
-    Result<FieldBytes> field = Accept(change.position, change.value);
-    if (!field.ok()) return field.error();
-    fields[change.position] = std::move(field.value());
-  }
-  const Result<RowKeys> keys = KeysOf(fields, at.page);
-  if (!keys.ok()) return keys.error();
-  if (Status checked = CheckChange(fields, &before.value().keys, keys.value()); !checked.ok()) {
-    return checked;
-  }
-  return AsOne(maps_.pager(), [&] { return ReplaceRow(at, before.value(), fields, keys.value()); });
-}
-
-Status TableStore::Delete(RowPointer at) {
-  if (Status writable = Writable(); !writable.ok()) return writable;
-  const Result<OpenedRow> before = OpenRow(at);
-  if (!before.ok()) return before.error();
-  return AsOne(maps_.pager(), [&] { return RemoveRow(at, before.value()); });
+  return RowState{std::move(fields.value()), std::move(keys.value())};
 }
 
 }  // namespace zent::jet

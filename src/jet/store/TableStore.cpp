@@ -84,16 +84,21 @@ Result<Value> TableStore::Field(ByteView row, std::size_t position, PageNumber p
 }
 
 Result<std::vector<Value>> TableStore::Values(ByteView row, PageNumber page) {
+  std::vector<Value> values;
+  if (Status loaded = Load(row, page, values); !loaded.ok()) return loaded.error();
+  return values;
+}
+
+Status TableStore::Load(ByteView row, PageNumber page, std::vector<Value>& values) {
   const Result<RowView> view = RowView::Open(table_, row, page);
   if (!view.ok()) return view.error();
-  std::vector<Value> values;
-  values.reserve(table_.columns.size());
-  for (const ColumnDefinition& column : table_.columns) {
-    Result<Value> value = FieldValue(maps_.pager(), column, view.value(), page);
+  values.resize(table_.columns.size());
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    Result<Value> value = FieldValue(maps_.pager(), table_.columns[i], view.value(), page);
     if (!value.ok()) return value.error();
-    values.push_back(std::move(value.value()));
+    values[i] = std::move(value.value());
   }
-  return values;
+  return {};
 }
 
 Result<std::vector<Value>> TableStore::Fetch(RowPointer at) {

@@ -37,6 +37,21 @@ struct StoredDefinition {
 };
 Result<StoredDefinition> ReadDefinition(Pager& pager, PageNumber page);
 
+/// A row as it was or will be, with its keys in the order of the real indexes.
+struct RowState {
+  RowFields fields = {};
+  std::vector<TableIndex::RowKey> keys = {};
+};
+
+/// A change of one row that its table has checked but not made yet. Good until that row changes.
+struct RowChange {
+  RowPointer at = {};
+  RowState before = {};                          ///< empty for a new row
+  RowState after = {};                           ///< empty for a row to be deleted
+  std::vector<Value> values = {};                ///< of a new row, with its AutoNumbers
+  std::optional<std::int32_t> last_number = {};  ///< what the counter of a new row's table gets
+};
+
 /// A table: typed rows, with all indexes, long values and counters kept right.
 ///
 /// A change is checked as a whole before anything is touched: types and sizes (kDataTypeConversion,
@@ -63,6 +78,8 @@ class TableStore {
   /// One value, or all, of a row that RowScan or RowStore found on `page`.
   Result<Value> Field(ByteView row, std::size_t position, PageNumber page);
   Result<std::vector<Value>> Values(ByteView row, PageNumber page);
+  /// As Values, into `values`, whose room is used again: for scans.
+  Status Load(ByteView row, PageNumber page, std::vector<Value>& values);
   Result<std::vector<Value>> Fetch(RowPointer at);
 
   /// Why nothing can be written: a read-only file, Jet 3, or text whose order is not known.
@@ -74,12 +91,17 @@ class TableStore {
   Status Update(RowPointer at, std::span<const ColumnChange> changes);
   Status Delete(RowPointer at);
 
+  /// The same in two steps, for changes that depend on each other: all are checked before one is
+  /// made.
+  Result<RowChange> CheckInsert(std::vector<Value> values);
+  Result<RowChange> CheckUpdate(RowPointer at, std::span<const ColumnChange> changes);
+  Result<RowChange> CheckDelete(RowPointer at);
+  Result<RowPointer> InsertChecked(RowChange& change);
+  Status UpdateChecked(RowChange& change);
+  Status DeleteChecked(const RowChange& change);
+
  private:
   using RowKeys = std::vector<TableIndex::RowKey>;
-  struct OpenedRow {
-    RowFields fields;
-    RowKeys keys;
-  };
 
   TableStore(UsageMaps& maps, StoredDefinition definition);
 
@@ -91,15 +113,15 @@ class TableStore {
   Result<FieldBytes> Accept(std::size_t position, const Value& value);
   Result<RowKeys> KeysOf(const RowFields& fields, PageNumber page);
   Status CheckChange(const RowFields& fields, const RowKeys* before, const RowKeys& after);
-  Result<OpenedRow> OpenRow(RowPointer at);
+  Result<RowState> OpenRow(RowPointer at);
 
   Status StoreLongValues(RowFields& fields);
   Status ReleaseLongValue(std::size_t position, const FieldBytes& field, PageNumber page);
   Status InsertEntry(TableIndex& index, const std::string& key, RowPointer at);
   Result<RowPointer> StoreRow(RowFields& fields, const RowKeys& keys,
                               std::optional<std::int32_t> last_number);
-  Status ReplaceRow(RowPointer at, const OpenedRow& before, RowFields& fields, const RowKeys& keys);
-  Status RemoveRow(RowPointer at, const OpenedRow& before);
+  Status ReplaceRow(RowPointer at, const RowState& before, RowFields& fields, const RowKeys& keys);
+  Status RemoveRow(RowPointer at, const RowState& before);
 
   UsageMaps& maps_;
   TableDefinition table_;

@@ -65,7 +65,7 @@ Result<RowPointer> TableStore::StoreRow(RowFields& fields, const RowKeys& keys,
   return at;
 }
 
-Status TableStore::ReplaceRow(RowPointer at, const OpenedRow& before, RowFields& fields,
+Status TableStore::ReplaceRow(RowPointer at, const RowState& before, RowFields& fields,
                               const RowKeys& keys) {
   for (std::size_t i = 0; i < fields.size(); ++i) {
     if (!IsLong(table_.columns[i].type) || fields[i].stored) continue;
@@ -87,7 +87,7 @@ Status TableStore::ReplaceRow(RowPointer at, const OpenedRow& before, RowFields&
   return {};
 }
 
-Status TableStore::RemoveRow(RowPointer at, const OpenedRow& before) {
+Status TableStore::RemoveRow(RowPointer at, const RowState& before) {
   for (std::size_t i = 0; i < indexes_.size(); ++i) {
     if (!before.keys[i].key) continue;
     if (Status s = indexes_[i].tree().Delete(*before.keys[i].key, at); !s.ok()) return s;

@@ -74,7 +74,7 @@ Result<RowPointer> UsageMaps::Create(PageNumber beside) {
     const MutableBytes bytes = page.value().bytes();
     if (Status checked = CheckDataPage(version, bytes, beside); !checked.ok())
       return checked.error();
-    if (LoadU32(bytes, pager_.layout().data.owner) != kUsageMapOwner) {
+    if (!HoldsUsageMaps(beside, LoadU32(bytes, pager_.layout().data.owner))) {
       return Damaged(beside, "no page of usage maps");
     }
     if (const auto slot = InsertRow(version, bytes, row, SlotKind::Row, true)) {

@@ -15,28 +15,31 @@ namespace {
 
 constexpr PageNumber kFixedPages = 6;
 
-std::string EmptyFile() {
+}  // namespace
+
+std::string EmptyStoreFile() {
   std::string bytes(kFixedPages * kPage, '\0');
   const MutableBytes all(reinterpret_cast<std::uint8_t*>(bytes.data()), bytes.size());
   EXPECT_TRUE(WriteFileHeader(FileHeader(), all.first(kPage)).ok());
-  const MutableBytes page = all.subspan(kGlobalMapPage * kPage, kPage);
-  InitDataPage(JetVersion::Jet4, kUsageMapOwner, page);
-  std::vector<std::uint8_t> map = NewUsageMapRow(JetVersion::Jet4);
-  const std::vector<std::uint8_t> second = map;
-  for (PageNumber free = kFixedPages; SetInlineBit(map, free, true); ++free) {
-  }
-  EXPECT_TRUE(InsertRow(JetVersion::Jet4, page, map, SlotKind::Row, false));
-  EXPECT_TRUE(InsertRow(JetVersion::Jet4, page, second, SlotKind::Row, false));
+  InitGlobalMapPage(all.subspan(kGlobalMapPage * kPage, kPage));
   return bytes;
 }
 
-}  // namespace
+StoreFile::StoreFile(std::size_t cache_pages) : StoreFile(EmptyStoreFile(), cache_pages) {}
 
-StoreFile::StoreFile(std::size_t cache_pages) {
-  storage_.Put(kPath, EmptyFile());
+StoreFile::StoreFile(const std::string& bytes, std::size_t cache_pages) {
+  memory_.Put(kPath, bytes);
+  Open(memory_, kPath, cache_pages);
+}
+
+StoreFile::StoreFile(Storage& storage, std::string_view path, std::size_t cache_pages) {
+  Open(storage, path, cache_pages);
+}
+
+void StoreFile::Open(Storage& storage, std::string_view path, std::size_t cache_pages) {
   Result<std::unique_ptr<Pager>> pager =
-      Pager::Open(storage_, kPath, Opened(Sharing::Exclusive, cache_pages));
-  EXPECT_TRUE(pager.ok());
+      Pager::Open(storage, path, Opened(Sharing::Exclusive, cache_pages));
+  EXPECT_TRUE(pager.ok()) << pager.error().description;
   pager_ = std::move(pager.value());
   maps_ = std::make_unique<UsageMaps>(*pager_);
   Begin();
@@ -54,6 +57,8 @@ void StoreFile::Rollback() {
   EXPECT_TRUE(pager_->Rollback().ok());
   Begin();
 }
+
+std::string StoreFile::Bytes() const { return memory_.Bytes(kPath); }
 
 RowPointer StoreFile::NewMap() {
   const Result<RowPointer> map = maps_->Create(map_page_);

@@ -11,19 +11,34 @@
 
 namespace zent::jet::testing {
 
-/// A database in memory with nothing in it but its header, a global map and the fixed pages, open
-/// in one transaction: what tables, trees and maps are built in.
+/// The bytes of a database with nothing in it but its header, a global map and the fixed pages.
+std::string EmptyStoreFile();
+
+/// A database that began as EmptyStoreFile, open in one transaction: what tables, trees and maps
+/// are built in.
 class StoreFile {
  public:
+  /// In memory.
   explicit StoreFile(std::size_t cache_pages = 4096);
+  /// A file of these bytes instead.
+  explicit StoreFile(const std::string& bytes, std::size_t cache_pages = 4096);
+  /// Over the database at `path`, which EmptyStoreFile or another StoreFile has made. `storage`
+  /// must outlive it.
+  StoreFile(Storage& storage, std::string_view path, std::size_t cache_pages = 4096);
 
   Pager& pager() { return *pager_; }
   UsageMaps& maps() { return *maps_; }
+
+  /// The storage of a file in memory, for its faults and counts.
+  MemoryStorage& memory() { return memory_; }
 
   /// Commits and begins anew.
   void Commit();
   /// Rolls back and begins anew.
   void Rollback();
+
+  /// The file as it is on disk: without what is not committed.
+  std::string Bytes() const;
 
   /// An empty map on the page where the test keeps its maps.
   RowPointer NewMap();
@@ -40,9 +55,10 @@ class StoreFile {
   void OverwriteU32(PageNumber page, std::size_t at, std::uint32_t value);
 
  private:
+  void Open(Storage& storage, std::string_view path, std::size_t cache_pages);
   void Begin();
 
-  MemoryStorage storage_;
+  MemoryStorage memory_;
   std::unique_ptr<Pager> pager_;
   std::unique_ptr<UsageMaps> maps_;
   PageNumber map_page_ = 0;

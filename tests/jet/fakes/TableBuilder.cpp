@@ -55,6 +55,11 @@ TableBuilder& TableBuilder::AutoNumber(std::string name) {
   return Column(std::move(name), ColumnType::Long, 4, kAutoNumberColumn);
 }
 
+TableBuilder& TableBuilder::Compressed() {
+  table_.columns.back().extended_flags |= kCompressedColumn;
+  return *this;
+}
+
 TableBuilder& TableBuilder::Index(const std::vector<int>& columns, std::uint8_t flags,
                                   bool primary) {
   RealIndex real;
@@ -71,8 +76,13 @@ TableBuilder& TableBuilder::Index(const std::vector<int>& columns, std::uint8_t 
   return *this;
 }
 
-std::unique_ptr<TableStore> TableBuilder::Build() {
-  const PageNumber page = file_.NewPage();
+TableBuilder& TableBuilder::At(PageNumber page) {
+  page_ = page;
+  return *this;
+}
+
+PageNumber TableBuilder::Write() {
+  const PageNumber page = page_ != 0 ? page_ : file_.NewPage();
   table_.owned_map = file_.NewMap();
   table_.free_map = file_.NewMap();
   for (RealIndex& real : table_.real_indexes) {
@@ -86,18 +96,32 @@ std::unique_ptr<TableStore> TableBuilder::Build() {
     const RowPointer owned = file_.NewMap();
     table_.long_value_maps.push_back({column.number, owned, file_.NewMap()});
   }
-  const std::vector<std::uint8_t> stream = SerialiseTableDefinition(table_);
+  WriteSmallDefinition(file_, page, table_);
+  return page;
+}
+
+void WriteSmallDefinition(StoreFile& file, PageNumber page, const TableDefinition& table) {
+  const std::vector<std::uint8_t> stream = SerialiseTableDefinition(table);
   EXPECT_EQ(DefinitionPageCount(JetVersion::Jet4, stream.size()), 1U);
-  {
-    Result<PageEdit> edit = file_.pager().Edit(page);
-    WriteDefinitionPage(JetVersion::Jet4, stream, 0, 0, edit.value().bytes());
-  }
-  Result<std::unique_ptr<TableStore>> store = TableStore::Open(file_.maps(), page);
+  Result<PageEdit> edit = file.pager().Edit(page);
+  ASSERT_TRUE(edit.ok());
+  WriteDefinitionPage(JetVersion::Jet4, stream, 0, 0, edit.value().bytes());
+}
+
+std::unique_ptr<TableStore> TableBuilder::Build() {
+  Result<std::unique_ptr<TableStore>> store = TableStore::Open(file_.maps(), Write());
   EXPECT_TRUE(store.ok()) << store.error().description;
   return std::move(store.value());
 }
 
 TableRows ExpectRightTable(StoreFile& file, TableStore& table) {
+  std::set<PageNumber> named;
+  TableRows rows = ExpectRightTable(file, table, named);
+  ExpectAllPagesNamed(file, named);
+  return rows;
+}
+
+TableRows ExpectRightTable(StoreFile& file, TableStore& table, std::set<PageNumber>& named) {
   const TableDefinition& definition = table.definition();
   TableRows rows;
   RowScan scan(table.rows());
@@ -108,20 +132,22 @@ TableRows ExpectRightTable(StoreFile& file, TableStore& table) {
   }
   EXPECT_EQ(table.RowCount().value_or(0), rows.size());
 
-  std::set<PageNumber> named = {table.page(), definition.owned_map.page};
+  named.insert(table.definition_pages().begin(), table.definition_pages().end());
+  named.insert({definition.owned_map.page, definition.free_map.page});
   const auto add = [&](const RowPages::Owner& owner) {
     const std::vector<PageNumber> pages = ExpectRightRowPages(file, owner);
     named.insert(pages.begin(), pages.end());
   };
   add({.number = table.page(), .owned = definition.owned_map, .free = definition.free_map});
   for (const LongValueMaps& maps : definition.long_value_maps) {
+    named.insert({maps.owned.page, maps.free.page});
     add({.number = kLongValueOwner, .owned = maps.owned, .free = maps.free, .reuses_slots = true});
   }
   for (std::size_t i = 0; i < definition.real_indexes.size(); ++i) {
     SCOPED_TRACE(i);
+    named.insert(definition.real_indexes[i].map.page);
     ExpectRightIndex(file, table, i, named);
   }
-  ExpectAllPagesNamed(file, named);
   return rows;
 }
 

@@ -139,7 +139,7 @@ Status MakeChanges(Storage& storage, std::string_view path, std::size_t count,
   if (!opened.ok()) return opened.error();
   Pager& pager = *opened.value();
   for (; committed < count; ++committed) {
-    Transaction transaction(pager);
+    PageTransaction transaction(pager);
     if (!transaction.status().ok()) return transaction.status();
     if (Status made = SampleChanges()[committed].make(pager); !made.ok()) return made;
     if (Status done = transaction.Commit(); !done.ok()) return done;

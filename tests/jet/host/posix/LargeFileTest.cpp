@@ -20,7 +20,7 @@ TEST(LargeFile, IsWrittenAndReadWithinTheBoundOfTheCache) {
   {
     const auto pager = Pager::Open(storage, path, Opened(Sharing::Exclusive, kCachePages));
     ASSERT_TRUE(pager.ok());
-    Transaction transaction(*pager.value());
+    PageTransaction transaction(*pager.value());
     for (PageNumber page = 1; page < kPages; ++page) {
       ASSERT_TRUE(AddPage(*pager.value(), FirstByte(page)).ok());
     }
@@ -49,7 +49,7 @@ TEST(LargeFile, IsRefusedToOutgrowTheFormat) {
   const auto pager = Pager::Open(storage, path, Opened(Sharing::Exclusive, 64));
   ASSERT_TRUE(pager.ok());
   {
-    Transaction transaction(*pager.value());
+    PageTransaction transaction(*pager.value());
     ASSERT_TRUE(AddPage(*pager.value(), 0x11).ok());
     EXPECT_EQ(AddPage(*pager.value(), 0x22).number(), kDatabaseTooLarge);
     EXPECT_EQ(pager.value()->page_count(), kMost);

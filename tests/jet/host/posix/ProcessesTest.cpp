@@ -27,7 +27,7 @@ int CountUp(const std::string& path) {
   const auto pager = Pager::Open(storage, path, Patient(Sharing::Shared));
   if (!pager.ok()) return 1;
   for (int round = 0; round < kRounds; ++round) {
-    Transaction transaction(*pager.value());
+    PageTransaction transaction(*pager.value());
     if (!transaction.status().ok()) return 2;
     {
       Result<PageEdit> one = pager.value()->Edit(1);

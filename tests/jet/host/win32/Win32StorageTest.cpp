@@ -65,7 +65,7 @@ TEST(Win32Storage, SharesADatabaseAmongPagers) {
     EXPECT_EQ(Pager::Open(machine.storage, path, Opened(Sharing::Exclusive)).number(), 3045);
     EXPECT_EQ(writer.value()->Users().value_or({}).size(), 2U);
 
-    Transaction transaction(*writer.value());
+    PageTransaction transaction(*writer.value());
     ASSERT_TRUE(transaction.status().ok()) << transaction.status().error().description;
     ASSERT_TRUE(FillPage(*writer.value(), 3, 0x99).ok());
     EXPECT_EQ(ByteOf(*reader.value(), 3), FirstByte(3));
