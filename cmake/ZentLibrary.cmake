@@ -17,6 +17,7 @@ function(zent_library folder)
     target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src"
                                               "${PROJECT_BINARY_DIR}/generated")
     target_link_libraries(${name} PUBLIC ${depends} ${ARG_LINKS} PRIVATE zent_warnings)
+    set_target_properties(${name} PROPERTIES UNITY_BUILD ${ZENT_UNITY} UNITY_BUILD_BATCH_SIZE 10)
   else()
     add_library(${name} INTERFACE)
     target_include_directories(${name} INTERFACE "${PROJECT_SOURCE_DIR}/src"

@@ -10,7 +10,7 @@
 namespace zent {
 namespace {
 
-constexpr std::string_view kErrorHeadline = "Error Writing into Registry ";
+constexpr std::string_view kRegistryHeadline = "Error Writing into Registry ";
 
 struct RegistryAddress {
   std::string root;
@@ -44,7 +44,7 @@ Status WriteValue(Registry& registry, KeyHandle root, const RegistryAddress& add
 }  // namespace
 
 Status WriteRegistryText(UpdateRun& run, const std::string& address, const std::string& text) {
-  const std::string headline = std::string(kErrorHeadline) + address;
+  const std::string headline = std::string(kRegistryHeadline) + address;
   const Result<RegistryAddress> parts = AddressOf(address);
   if (!parts.ok()) return run.ReportError(headline, parts.error());
 
@@ -65,9 +65,9 @@ Status WriteRegistryText(UpdateRun& run, const std::string& address, const std::
 Status WriteRegistryCommand(UpdateRun& run, const TokenList& tokens) {
   const Result<std::string> address = tokens.At(2);
   const Result<std::string> text = tokens.At(3);
-  if (!address.ok()) return run.ReportError(kErrorHeadline, address.error());
+  if (!address.ok()) return run.ReportError(kRegistryHeadline, address.error());
   if (!text.ok()) {
-    return run.ReportError(std::string(kErrorHeadline) + address.value(), text.error());
+    return run.ReportError(std::string(kRegistryHeadline) + address.value(), text.error());
   }
   return WriteRegistryText(run, address.value(), text.value());
 }

@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view kProgramGroup = "Zent";
 constexpr std::string_view kStartMenu = "..";
 constexpr std::string_view kDesktop = R"(..\..\Desktop)";
-constexpr std::string_view kErrorHeadline = "Error Creating Shell Link ";
+constexpr std::string_view kShortcutHeadline = "Error Creating Shell Link ";
 
 struct Shortcut {
   std::string name;
@@ -30,7 +30,7 @@ Result<Shortcut> ShortcutOf(const UpdateRun& run, const TokenList& tokens) {
 }
 
 Status ReportMissingArgument(UpdateRun& run, const TokenList& tokens, const RuntimeError& error) {
-  return run.ReportError(std::string(kErrorHeadline) + tokens.At(2).value_or(""), error);
+  return run.ReportError(std::string(kShortcutHeadline) + tokens.At(2).value_or(""), error);
 }
 
 void MakeShortcut(UpdateRun& run, const Shortcut& shortcut, std::string_view folder,

@@ -6,7 +6,7 @@
 namespace zent {
 namespace {
 
-constexpr std::string_view kVersion = "Version";
+constexpr std::string_view kVersionName = "Version";
 constexpr std::size_t kPrefixLength = 3;  // characters
 
 }  // namespace
@@ -14,7 +14,7 @@ constexpr std::size_t kPrefixLength = 3;  // characters
 std::string XFieldsVersionElement(std::string_view version) {
   const std::string_view prefix = FirstCharacters(version, kPrefixLength);
   const bool has_prefix = version.substr(prefix.size()).starts_with('-');
-  return has_prefix ? std::string(prefix) + std::string(kVersion) : std::string(kVersion);
+  return has_prefix ? std::string(prefix) + std::string(kVersionName) : std::string(kVersionName);
 }
 
 bool HasXFieldsVersion(const xml::Document& layout, std::string_view version) {
@@ -27,7 +27,7 @@ Status StampXFieldsVersion(xml::Document& layout, std::string_view version) {
   const xml::Node present = ChildElement(layout.root(), name);
   if (present) return layout.SetText(present, version);
 
-  const xml::Node plain = ChildElement(layout.root(), kVersion);
+  const xml::Node plain = ChildElement(layout.root(), kVersionName);
   if (!plain) {
     return StandardError(kObjectNotSet, "there is no Version to put " + name + " before");
   }

@@ -9,7 +9,7 @@
 namespace zent {
 namespace {
 
-constexpr std::string_view kVersion = "Version";
+constexpr std::string_view kVersionElement = "Version";
 
 /// How a copied element goes to its target.
 enum class Way { Before, AtEnd, InPlaceOf };
@@ -135,7 +135,7 @@ std::optional<XmlAction> ActionOf(std::string_view name) {
 Status PutVersion(xml::Document& document, xml::Node version, XmlOperation& step) {
   const xml::Node root = document.root();
   if (!root) return StandardError(kObjectNotSet, "the document element is gone");
-  if (const xml::Node old = ChildElement(root, kVersion)) {
+  if (const xml::Node old = ChildElement(root, kVersionElement)) {
     step.outcome = XmlOutcome::Replaced;
     return document.Replace(old, version);
   }
@@ -157,7 +157,7 @@ Status CarryOut(UpdateRun& run, const MergePair& pair, xml::Node operation) {
 
 Status StampVersion(UpdateRun& run, const MergePair& pair) {
   xml::Document& customised = pair.customised;
-  const xml::Node version = ChildElement(pair.system.root(), kVersion);
+  const xml::Node version = ChildElement(pair.system.root(), kVersionElement);
   if (!version) return {};
   XmlOperation step = {.file = pair.path, .action = XmlAction::Stamp, .node = version.Text()};
 
@@ -167,8 +167,8 @@ Status StampVersion(UpdateRun& run, const MergePair& pair) {
 }
 
 bool HasVersionOf(const xml::Document& customised, const xml::Document& system) {
-  const xml::Node present = ChildElement(customised.root(), kVersion);
-  const xml::Node wanted = ChildElement(system.root(), kVersion);
+  const xml::Node present = ChildElement(customised.root(), kVersionElement);
+  const xml::Node wanted = ChildElement(system.root(), kVersionElement);
   if (!present || !wanted) return false;
   return TrimBlanks(present.Text()) == TrimBlanks(wanted.Text());
 }

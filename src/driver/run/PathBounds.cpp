@@ -13,8 +13,6 @@ namespace {
 
 constexpr std::string_view kSeparators = "\\/";
 
-bool IsSeparator(char c) { return kSeparators.find(c) != std::string_view::npos; }
-
 /// True when the ".." of a relative path ever lead above where it starts. A text, not the disk, is
 /// asked: above the root of a drive there is nothing, but a package need not lie at one.
 bool ClimbsAboveItsStart(std::string_view path) {

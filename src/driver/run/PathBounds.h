@@ -10,6 +10,9 @@
 /// records a warning, and refused by a strict one; no path leads off the machine.
 namespace zent {
 
+/// True for the two marks between the names of a path.
+inline bool IsSeparator(char c) { return c == '\\' || c == '/'; }
+
 /// True when `path` lies in `folder`. What has no full form leads nowhere, not outside.
 bool LiesIn(FileSystem& files, std::string_view path, std::string_view folder);
 

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/Text.h"
+#include "driver/run/PathBounds.h"
 #include "lib/FuncLib.h"
 #include "lib/RegFuncs.h"
 
@@ -34,8 +35,6 @@ constexpr std::array kPathMacros = {
               [](const UpdateRun& run) { return GetMyDocumentsFolder(run.platform); }},
     PathMacro{"$(desktop)", [](const UpdateRun& run) { return GetDesktopFolder(run.platform); }},
 };
-
-bool IsSeparator(char c) { return c == '\\' || c == '/'; }
 
 /// Position of the ")" that closes the macro at the start of `argument`; npos without a macro.
 std::size_t MacroEnd(std::string_view argument) {
