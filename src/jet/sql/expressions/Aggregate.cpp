@@ -13,13 +13,19 @@ namespace zent::jet {
 
 Aggregator::Aggregator(std::string_view name) : kind_(Kind::Count) {
   constexpr std::pair<std::string_view, Kind> kNames[] = {
-      {"MIN", Kind::Min}, {"MAX", Kind::Max}, {"SUM", Kind::Sum}, {"AVG", Kind::Average}};
+      {"MIN", Kind::Min},     {"MAX", Kind::Max},     {"SUM", Kind::Sum},
+      {"AVG", Kind::Average}, {"FIRST", Kind::First}, {"LAST", Kind::Last}};
   for (const auto& [known, kind] : kNames) {
     if (EqualsIgnoringCase(known, name)) kind_ = kind;
   }
 }
 
 Status Aggregator::Add(const Value& value) {
+  if (kind_ == Kind::First || kind_ == Kind::Last) {
+    if (count_ == 0 || kind_ == Kind::Last) value_ = value;
+    count_ = 1;
+    return {};
+  }
   if (IsNull(value)) return {};
   ++count_;
   if (kind_ == Kind::Count) return {};

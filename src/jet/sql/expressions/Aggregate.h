@@ -10,8 +10,8 @@
 /// Functions over the rows of a group.
 namespace zent::jet {
 
-/// Gathers COUNT, MIN, MAX, SUM or AVG. Null does not count; without any value COUNT is 0 and the
-/// others are null.
+/// Gathers COUNT, MIN, MAX, SUM, AVG, FIRST or LAST. Null does not count but for the last two;
+/// without any value COUNT is 0 and the others are null.
 class Aggregator {
  public:
   /// `name` in any case.
@@ -22,7 +22,7 @@ class Aggregator {
   Result<Value> Total() const;
 
  private:
-  enum class Kind { Count, Min, Max, Sum, Average };
+  enum class Kind { Count, Min, Max, Sum, Average, First, Last };
 
   Kind kind_;
   std::int32_t count_ = 0;

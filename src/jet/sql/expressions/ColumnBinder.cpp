@@ -8,6 +8,21 @@
 #include "jet/sql/syntax/Printer.h"
 
 namespace zent::jet {
+namespace {
+
+Result<std::size_t> PlaceIn(const std::vector<ScopeColumn>& scope, const Expression& column) {
+  std::size_t place = kUnboundColumn;
+  for (std::size_t i = 0; i < scope.size(); ++i) {
+    const bool same = SameKey(scope[i].name, column.name) &&
+                      (column.table.empty() || SameKey(scope[i].table, column.table));
+    if (!same) continue;
+    if (place != kUnboundColumn) return JetError(kAmbiguousField, column.name);
+    place = i;
+  }
+  return place;
+}
+
+}  // namespace
 
 Status ColumnBinder::Bind(Expression& expression) {
   if (expression.kind == ExpressionKind::Column) return BindColumn(expression);
@@ -19,6 +34,7 @@ Status ColumnBinder::Bind(Expression& expression) {
       return JetErrorBecause(kSyntaxError, "wrong number of arguments",
                              PrintExpression(expression));
     }
+    expression.column = PlaceOf(*function);
   }
   for (Expression& operand : expression.operands) {
     Status bound = Bind(operand);
@@ -27,16 +43,26 @@ Status ColumnBinder::Bind(Expression& expression) {
   return {};
 }
 
-Status ColumnBinder::BindColumn(Expression& column) {
-  column.column = kUnboundColumn;
-  for (std::size_t i = 0; i < scope_.size(); ++i) {
-    const bool same = SameKey(scope_[i].name, column.name) &&
-                      (column.table.empty() || SameKey(scope_[i].table, column.table));
-    if (!same) continue;
-    if (column.column != kUnboundColumn) return JetError(kAmbiguousField, column.name);
-    column.column = i;
+Result<std::size_t> ColumnBinder::PlaceOfColumn(const Expression& column) const {
+  for (const std::vector<ScopeColumn>* const scope : {&scope_, &outer_}) {
+    const Result<std::size_t> place = PlaceIn(*scope, column);
+    if (!place.ok()) return place;
+    if (place.value() == kUnboundColumn) continue;
+    return place.value() + (scope == &outer_ ? scope_.size() : 0);
   }
-  if (column.column != kUnboundColumn) return {};
+  return kUnboundColumn;
+}
+
+Status ColumnBinder::BindColumn(Expression& column) {
+  const Result<std::size_t> place = PlaceOfColumn(column);
+  if (!place.ok()) return place.error();
+  column.column = place.value();
+  if (column.column != kUnboundColumn) {
+    if (column.column >= scope_.size()) {
+      outer_reach_ = std::max(outer_reach_, column.column - scope_.size() + 1);
+    }
+    return {};
+  }
   std::string name = PrintExpression(column);
   const bool known = std::any_of(parameters_.begin(), parameters_.end(),
                                  [&](const std::string& other) { return SameKey(other, name); });

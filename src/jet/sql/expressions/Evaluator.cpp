@@ -4,7 +4,6 @@
 #include <utility>
 #include <vector>
 
-#include "base/Text.h"
 #include "jet/format/JetErrors.h"
 #include "jet/sql/values/Arithmetic.h"
 #include "jet/sql/values/Comparison.h"
@@ -47,14 +46,16 @@ bool Decides(ExpressionKind kind, const Value& left) {
 
 }  // namespace
 
-Result<Value> Evaluator::Evaluate(const Expression& expression, const RowValues& row) {
+Result<Value> Evaluator::Evaluate(const Expression& expression, RowValues& row) {
   switch (expression.kind) {
     case ExpressionKind::Literal:
-      return expression.value;
     case ExpressionKind::Column:
-    case ExpressionKind::Aggregate:
-      if (expression.column == kUnboundColumn) return JetError(kTooFewParameters, "1");
-      return row.At(expression.column);
+    case ExpressionKind::Aggregate: {
+      Value unused;
+      const Result<const Value*> value = Operand(expression, row, unused);
+      if (!value.ok()) return value.error();
+      return *value.value();
+    }
     case ExpressionKind::Function:
       return Call(expression, row);
     case ExpressionKind::In:
@@ -63,27 +64,65 @@ Result<Value> Evaluator::Evaluate(const Expression& expression, const RowValues&
     case ExpressionKind::Between:
     case ExpressionKind::NotBetween:
       return IsBetween(expression, row);
+    case ExpressionKind::Subquery:
+    case ExpressionKind::Exists:
+    case ExpressionKind::InQuery:
+    case ExpressionKind::NotInQuery:
+      return RunSubquery(expression, row);
     default:
       break;
   }
-  Result<Value> first = Evaluate(expression.operands[0], row);
-  if (!first.ok()) return first;
+  Value first_place;
+  const Result<const Value*> first = Operand(expression.operands[0], row, first_place);
+  if (!first.ok()) return first.error();
+  if (expression.operands.size() == 1) return Unary(expression, *first.value());
+  if (Decides(expression.kind, *first.value())) return *first.value();
+  Value second_place;
+  const Result<const Value*> second = Operand(expression.operands[1], row, second_place);
+  if (!second.ok()) return second.error();
+  return Apply(expression, *first.value(), *second.value());
+}
+
+Result<const Value*> Evaluator::Operand(const Expression& expression, RowValues& row,
+                                        Value& place) {
+  switch (expression.kind) {
+    case ExpressionKind::Literal:
+      return &expression.value;
+    case ExpressionKind::Column:
+    case ExpressionKind::Aggregate:
+      if (expression.column == kUnboundColumn) return JetError(kTooFewParameters, "1");
+      return row.At(expression.column);
+    default:
+      break;
+  }
+  Result<Value> value = Evaluate(expression, row);
+  if (!value.ok()) return value.error();
+  place = std::move(value.value());
+  return &place;
+}
+
+Result<Value> Evaluator::Unary(const Expression& expression, const Value& value) {
   switch (expression.kind) {
     case ExpressionKind::IsNull:
-      return Value(IsNull(first.value()));
+      return Value(IsNull(value));
     case ExpressionKind::IsNotNull:
-      return Value(!IsNull(first.value()));
+      return Value(!IsNull(value));
     case ExpressionKind::Not:
-      return LogicalNot(first.value());
-    case ExpressionKind::Negate:
-      return Negated(first.value());
+      return LogicalNot(value);
     default:
-      break;
+      return Negated(value);
   }
-  if (Decides(expression.kind, first.value())) return first;
-  Result<Value> second = Evaluate(expression.operands[1], row);
-  if (!second.ok()) return second;
-  return Apply(expression, first.value(), second.value());
+}
+
+Result<Value> Evaluator::RunSubquery(const Expression& expression, RowValues& row) {
+  if (subqueries_ == nullptr) return JetErrorBecause(kSyntaxError, "no query can stand here");
+  if (expression.kind == ExpressionKind::Subquery) return subqueries_->Single(expression, row);
+  if (expression.kind == ExpressionKind::Exists) return subqueries_->Exists(expression, row);
+  const Result<Value> value = Evaluate(expression.operands[0], row);
+  if (!value.ok()) return value;
+  Result<Value> among = subqueries_->IsAmong(expression, value.value(), row);
+  if (!among.ok() || expression.kind == ExpressionKind::InQuery) return among;
+  return LogicalNot(among.value());
 }
 
 Result<Value> Evaluator::Apply(const Expression& expression, const Value& a, const Value& b) {
@@ -105,25 +144,28 @@ Result<Value> Evaluator::Apply(const Expression& expression, const Value& a, con
   }
 }
 
-Result<bool> Evaluator::Test(const Expression& test, const RowValues& row) {
+Result<bool> Evaluator::Test(const Expression& test, RowValues& row) {
   const Result<Value> value = Evaluate(test, row);
   if (!value.ok()) return value.error();
   return IsTrue(value.value());
 }
 
-Result<Value> Evaluator::Call(const Expression& expression, const RowValues& row) {
-  const Function* const function = FindFunction(expression.name);
+Result<Value> Evaluator::Call(const Expression& expression, RowValues& row) {
+  const Function* const function = expression.column == kUnboundColumn
+                                       ? FindFunction(expression.name)
+                                       : FunctionAt(expression.column);
   if (function == nullptr) return JetError(kUndefinedFunction, expression.name);
   if (expression.operands.size() < function->fewest ||
       expression.operands.size() > function->most) {
     return JetErrorBecause(kSyntaxError, "wrong number of arguments", expression.name);
   }
-  if (EqualsIgnoringCase(expression.name, "IIf")) {
+  if (function->call == nullptr) {
     const Result<bool> first = Test(expression.operands[0], row);
     if (!first.ok()) return first.error();
     return Evaluate(expression.operands[first.value() ? 1 : 2], row);
   }
   std::vector<Value> arguments;
+  arguments.reserve(expression.operands.size());
   for (const Expression& operand : expression.operands) {
     Result<Value> argument = Evaluate(operand, row);
     if (!argument.ok()) return argument;
@@ -132,14 +174,16 @@ Result<Value> Evaluator::Call(const Expression& expression, const RowValues& row
   return function->call(arguments, context_);
 }
 
-Result<Value> Evaluator::IsAmong(const Expression& expression, const RowValues& row) {
-  Result<Value> first = Evaluate(expression.operands[0], row);
-  if (!first.ok()) return first;
+Result<Value> Evaluator::IsAmong(const Expression& expression, RowValues& row) {
+  Value first_place;
+  const Result<const Value*> first = Operand(expression.operands[0], row, first_place);
+  if (!first.ok()) return first.error();
   Value among = false;
   for (std::size_t i = 1; i < expression.operands.size(); ++i) {
-    Result<Value> item = Evaluate(expression.operands[i], row);
-    if (!item.ok()) return item;
-    Result<Value> same = CompareBy(ExpressionKind::Equal, first.value(), item.value());
+    Value item_place;
+    const Result<const Value*> item = Operand(expression.operands[i], row, item_place);
+    if (!item.ok()) return item.error();
+    Result<Value> same = CompareBy(ExpressionKind::Equal, *first.value(), *item.value());
     if (!same.ok()) return same;
     if (same.value() == Value(true)) {
       among = true;
@@ -150,7 +194,7 @@ Result<Value> Evaluator::IsAmong(const Expression& expression, const RowValues& 
   return expression.kind == ExpressionKind::In ? Result<Value>(among) : LogicalNot(among);
 }
 
-Result<Value> Evaluator::IsBetween(const Expression& expression, const RowValues& row) {
+Result<Value> Evaluator::IsBetween(const Expression& expression, RowValues& row) {
   std::vector<Value> values;
   for (const Expression& operand : expression.operands) {
     Result<Value> value = Evaluate(operand, row);

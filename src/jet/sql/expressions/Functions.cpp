@@ -15,10 +15,23 @@
 namespace zent::jet {
 namespace {
 
+/// The value behind the first test that is true; null without one.
+Result<Value> SwitchFunction(Arguments arguments, const EvaluationContext& /*context*/) {
+  if (arguments.size() % 2 != 0) return JetError(kInvalidArgument);
+  for (std::size_t i = 0; i < arguments.size(); i += 2) {
+    const Result<bool> chosen = IsTrue(arguments[i]);
+    if (!chosen.ok()) return chosen.error();
+    if (chosen.value()) return arguments[i + 1];
+  }
+  return Value(Null());
+}
+
+/// The value of that number, from 1 on; null when there is none.
 Result<Value> ChooseFunction(Arguments arguments, const EvaluationContext& /*context*/) {
-  const Result<bool> first = IsTrue(arguments[0]);
-  if (!first.ok()) return first.error();
-  return arguments[first.value() ? 1 : 2];
+  if (!IsNumber(arguments[0])) return JetError(kInvalidArgument);
+  const double number = std::trunc(DoubleOf(arguments[0]));
+  if (!(number >= 1 && number < static_cast<double>(arguments.size()))) return Value(Null());
+  return arguments[static_cast<std::size_t>(number)];
 }
 
 Result<Value> IsNullFunction(Arguments arguments, const EvaluationContext& /*context*/) {
@@ -99,7 +112,7 @@ Result<Value> DatePartFunction(Arguments arguments, const EvaluationContext& con
 }
 
 constexpr std::array kFunctions = {
-    Function{"IIf", 3, 3, ChooseFunction},
+    Function{"IIf", 3, 3, nullptr},
     Function{"IsNull", 1, 1, IsNullFunction},
     Function{"IsDate", 1, 1, IsDateFunction},
     Function{"IsNumeric", 1, 1, IsNumericFunction},
@@ -119,12 +132,23 @@ constexpr std::array kFunctions = {
     Function{"Year", 1, 1, DatePartFunction<&DateParts::year>},
     Function{"Month", 1, 1, DatePartFunction<&DateParts::month>},
     Function{"Day", 1, 1, DatePartFunction<&DateParts::day>},
+    Function{"Hour", 1, 1, DatePartFunction<&DateParts::hour>},
+    Function{"Minute", 1, 1, DatePartFunction<&DateParts::minute>},
+    Function{"Second", 1, 1, DatePartFunction<&DateParts::second>},
+    Function{"Weekday", 1, 1, WeekdayFunction},
+    Function{"DateAdd", 3, 3, DateAddFunction},
+    Function{"DateDiff", 3, 3, DateDiffFunction},
+    Function{"DatePart", 2, 2, DatePartOfFunction},
+    Function{"Switch", 2, 28, SwitchFunction},
+    Function{"Choose", 2, 28, ChooseFunction},
     Function{"CStr", 1, 1, ConvertFunction<ColumnType::Memo>},
     Function{"CInt", 1, 1, ConvertFunction<ColumnType::Int>},
     Function{"CLng", 1, 1, ConvertFunction<ColumnType::Long>},
     Function{"CDbl", 1, 1, ConvertFunction<ColumnType::Double>},
     Function{"CCur", 1, 1, ConvertFunction<ColumnType::Currency>},
     Function{"CDate", 1, 1, ConvertFunction<ColumnType::Date>},
+    Function{"CByte", 1, 1, ConvertFunction<ColumnType::Byte>},
+    Function{"CSng", 1, 1, ConvertFunction<ColumnType::Single>},
     Function{"CBool", 1, 1, ConvertFunction<ColumnType::Bool>},
     Function{"Val", 1, 1, ValFunction},
     Function{"Abs", 1, 1, AbsFunction},
@@ -138,6 +162,14 @@ const Function* FindFunction(std::string_view name) {
       std::find_if(kFunctions.begin(), kFunctions.end(),
                    [&](const Function& row) { return EqualsIgnoringCase(row.name, name); });
   return found == kFunctions.end() ? nullptr : found;
+}
+
+const Function* FunctionAt(std::size_t place) {
+  return place < kFunctions.size() ? &kFunctions[place] : nullptr;
+}
+
+std::size_t PlaceOf(const Function& function) {
+  return static_cast<std::size_t>(&function - kFunctions.data());
 }
 
 }  // namespace zent::jet

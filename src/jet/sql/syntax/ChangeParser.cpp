@@ -7,15 +7,6 @@
 namespace zent::jet {
 namespace {
 
-Status ParseDatabase(TokenStream& tokens, std::string& database) {
-  if (!tokens.TakeKeyword("IN")) return {};
-  const auto* const path = std::get_if<Text>(&tokens.Peek().value);
-  if (path == nullptr || path->empty()) return tokens.Error("path between quotes expected");
-  database = *path;
-  tokens.Skip();
-  return {};
-}
-
 Status ParseValues(TokenStream& tokens, std::vector<Expression>& values) {
   Status open = tokens.ExpectMark("(");
   if (!open.ok()) return open;
@@ -45,6 +36,7 @@ Result<Statement> ParseRows(TokenStream& tokens, InsertStatement insert) {
   if (tokens.IsKeyword("SELECT")) {
     Result<SelectStatement> select = ParseSelect(tokens);
     if (!select.ok()) return select.error();
+    if (!select.value().into.empty()) return tokens.Error("INTO cannot stand here");
     insert.select = std::move(select.value());
     return Statement(std::move(insert));
   }
@@ -58,6 +50,15 @@ Result<Statement> ParseRows(TokenStream& tokens, InsertStatement insert) {
 }
 
 }  // namespace
+
+Status ParseDatabase(TokenStream& tokens, std::string& database) {
+  if (!tokens.TakeKeyword("IN")) return {};
+  const auto* const path = std::get_if<Text>(&tokens.Peek().value);
+  if (path == nullptr || path->empty()) return tokens.Error("path between quotes expected");
+  database = *path;
+  tokens.Skip();
+  return {};
+}
 
 Status ParseNames(TokenStream& tokens, std::vector<std::string>& columns) {
   Status open = tokens.ExpectMark("(");

@@ -9,57 +9,132 @@ namespace {
 /// The word that says what kind of constraint comes; false when there is none.
 bool IsConstraint(const TokenStream& tokens) {
   return tokens.IsKeyword("CONSTRAINT") ||
-         (tokens.IsKeyword("PRIMARY") && tokens.IsKeyword("KEY", 1)) || tokens.IsKeyword("UNIQUE");
+         (tokens.IsKeyword("PRIMARY") && tokens.IsKeyword("KEY", 1)) ||
+         tokens.IsKeyword("UNIQUE") || tokens.IsKeyword("REFERENCES") ||
+         (tokens.IsKeyword("FOREIGN") && tokens.IsKeyword("KEY", 1));
 }
 
-/// "[CONSTRAINT name] PRIMARY KEY" or "[CONSTRAINT name] UNIQUE".
-Status ParseConstraintHead(TokenStream& tokens, IndexSpecification& constraint) {
-  if (tokens.TakeKeyword("CONSTRAINT")) {
-    Result<std::string> name = tokens.ExpectName("a constraint");
-    if (!name.ok()) return name.error();
-    constraint.name = std::move(name.value());
+/// The same where a column could stand. One may be called "Unique" or "References": a type follows.
+bool IsTableConstraint(const TokenStream& tokens) {
+  if (tokens.IsKeyword("UNIQUE")) return tokens.IsMark("(", 1);
+  return !tokens.IsKeyword("REFERENCES") && IsConstraint(tokens);
+}
+
+/// A constraint is one of both.
+struct Constraint {
+  IndexSpecification index;
+  std::optional<ForeignKeySpecification> foreign_key;
+};
+
+/// "ON UPDATE CASCADE" and "ON DELETE CASCADE", in any order; NO ACTION is what is done without.
+Status ParseActions(TokenStream& tokens, ForeignKeySpecification& key) {
+  while (tokens.TakeKeyword("ON")) {
+    bool& cascades = tokens.IsKeyword("UPDATE") ? key.cascades_updates : key.cascades_deletes;
+    if (!tokens.TakeKeyword("UPDATE") && !tokens.TakeKeyword("DELETE")) {
+      return tokens.Error("UPDATE or DELETE expected");
+    }
+    if (tokens.TakeKeyword("NO")) {
+      Status action = tokens.ExpectKeyword("ACTION");
+      if (!action.ok()) return action;
+      cascades = false;
+      continue;
+    }
+    Status cascade = tokens.ExpectKeyword("CASCADE");
+    if (!cascade.ok()) return cascade;
+    cascades = true;
   }
-  constraint.unique = true;
+  return {};
+}
+
+/// From REFERENCES on.
+Status ParseReference(TokenStream& tokens, ForeignKeySpecification& key) {
+  Status word = tokens.ExpectKeyword("REFERENCES");
+  if (!word.ok()) return word;
+  Result<std::string> table = tokens.ExpectName("a table");
+  if (!table.ok()) return table.error();
+  key.referenced_table = std::move(table.value());
+  if (tokens.IsMark("(")) {
+    Status names = ParseNames(tokens, key.referenced_columns);
+    if (!names.ok()) return names;
+  }
+  return ParseActions(tokens, key);
+}
+
+/// "[CONSTRAINT name]", then "PRIMARY KEY", "UNIQUE", or what begins a foreign key.
+Status ParseConstraintHead(TokenStream& tokens, Constraint& constraint) {
+  std::string name;
+  if (tokens.TakeKeyword("CONSTRAINT")) {
+    Result<std::string> given = tokens.ExpectName("a constraint");
+    if (!given.ok()) return given.error();
+    name = std::move(given.value());
+  }
+  if (tokens.IsKeyword("REFERENCES") || tokens.IsKeyword("FOREIGN")) {
+    constraint.foreign_key.emplace().name = std::move(name);
+    return {};
+  }
+  constraint.index.name = std::move(name);
+  constraint.index.unique = true;
   if (tokens.TakeKeyword("UNIQUE")) return {};
   if (!tokens.TakeKeyword("PRIMARY")) {
-    return tokens.Error("PRIMARY KEY or UNIQUE expected; other constraints are not supported");
+    return tokens.Error("PRIMARY KEY, UNIQUE, FOREIGN KEY or REFERENCES expected");
   }
-  constraint.primary = true;
+  constraint.index.primary = true;
   return tokens.ExpectKeyword("KEY");
 }
 
-Status ParseTableConstraint(TokenStream& tokens, CreateTableStatement& create) {
-  IndexSpecification constraint;
+/// A constraint of the whole table: its columns are named.
+Status ParseTableConstraint(TokenStream& tokens, Constraint& constraint) {
   Status done = ParseConstraintHead(tokens, constraint);
-  std::vector<std::string> names;
-  if (done.ok()) done = ParseNames(tokens, names);
   if (!done.ok()) return done;
-  for (std::string& name : names) constraint.columns.push_back({std::move(name)});
-  create.constraints.push_back(std::move(constraint));
-  return {};
+  if (constraint.foreign_key) {
+    done = tokens.ExpectKeyword("FOREIGN");
+    if (done.ok()) done = tokens.ExpectKeyword("KEY");
+    if (done.ok()) done = ParseNames(tokens, constraint.foreign_key->columns);
+    return done.ok() ? ParseReference(tokens, *constraint.foreign_key) : done;
+  }
+  std::vector<std::string> names;
+  done = ParseNames(tokens, names);
+  for (std::string& name : names) constraint.index.columns.push_back({std::move(name)});
+  return done;
 }
 
 /// Fills `constraint` when the column just read carries one.
 Status ParseColumnConstraint(TokenStream& tokens, const ColumnSpecification& column,
-                             std::optional<IndexSpecification>& constraint) {
+                             std::optional<Constraint>& constraint) {
   if (!IsConstraint(tokens)) return {};
   constraint.emplace();
-  constraint->columns.push_back({column.name});
-  return ParseConstraintHead(tokens, *constraint);
+  Status done = ParseConstraintHead(tokens, *constraint);
+  if (!done.ok()) return done;
+  if (!constraint->foreign_key) {
+    constraint->index.columns.push_back({column.name});
+    return {};
+  }
+  constraint->foreign_key->columns.push_back(column.name);
+  return ParseReference(tokens, *constraint->foreign_key);
+}
+
+void Add(Constraint constraint, CreateTableStatement& create) {
+  if (constraint.foreign_key) {
+    create.foreign_keys.push_back(*std::move(constraint.foreign_key));
+  } else {
+    create.constraints.push_back(std::move(constraint.index));
+  }
 }
 
 Status ParseTablePart(TokenStream& tokens, CreateTableStatement& create) {
-  // A column may be called "Unique": then a type follows.
-  if (IsConstraint(tokens) && !(tokens.IsKeyword("UNIQUE") && !tokens.IsMark("(", 1))) {
-    return ParseTableConstraint(tokens, create);
+  if (IsTableConstraint(tokens)) {
+    Constraint constraint;
+    Status done = ParseTableConstraint(tokens, constraint);
+    if (done.ok()) Add(std::move(constraint), create);
+    return done;
   }
   Result<ColumnSpecification> column = ParseColumnSpecification(tokens);
   if (!column.ok()) return column.error();
-  std::optional<IndexSpecification> constraint;
+  std::optional<Constraint> constraint;
   Status done = ParseColumnConstraint(tokens, column.value(), constraint);
   if (!done.ok()) return done;
   create.columns.push_back(std::move(column.value()));
-  if (constraint) create.constraints.push_back(*std::move(constraint));
+  if (constraint) Add(*std::move(constraint), create);
   return {};
 }
 
@@ -124,13 +199,32 @@ Result<Statement> ParseCreateIndex(TokenStream& tokens, bool unique) {
   return Statement(std::move(create));
 }
 
+Result<Statement> ParseAddConstraint(TokenStream& tokens, std::string table) {
+  Constraint constraint;
+  const Status done = ParseTableConstraint(tokens, constraint);
+  if (!done.ok()) return done.error();
+  AddConstraintStatement add{.table = std::move(table),
+                             .foreign_key = std::move(constraint.foreign_key)};
+  if (!add.foreign_key) add.index = std::move(constraint.index);
+  return Statement(std::move(add));
+}
+
 Result<Statement> ParseAddColumn(TokenStream& tokens, std::string table) {
+  if (IsTableConstraint(tokens)) {
+    return ParseAddConstraint(tokens, std::move(table));
+  }
   (void)tokens.TakeKeyword("COLUMN");
   Result<ColumnSpecification> column = ParseColumnSpecification(tokens);
   if (!column.ok()) return column.error();
   AddColumnStatement add{.table = std::move(table), .column = std::move(column.value())};
-  const Status done = ParseColumnConstraint(tokens, add.column, add.constraint);
+  std::optional<Constraint> constraint;
+  const Status done = ParseColumnConstraint(tokens, add.column, constraint);
   if (!done.ok()) return done.error();
+  if (constraint && constraint->foreign_key) {
+    add.foreign_key = std::move(constraint->foreign_key);
+  } else if (constraint) {
+    add.constraint = std::move(constraint->index);
+  }
   return Statement(std::move(add));
 }
 
@@ -152,6 +246,11 @@ Result<Statement> ParseAlter(TokenStream& tokens) {
   if (!table.ok()) return table.error();
   if (tokens.TakeKeyword("ADD")) return ParseAddColumn(tokens, std::move(table.value()));
   if (tokens.TakeKeyword("DROP")) {
+    if (tokens.TakeKeyword("CONSTRAINT")) {
+      Result<std::string> name = tokens.ExpectName("a constraint");
+      if (!name.ok()) return name.error();
+      return Statement(DropConstraintStatement{std::move(table.value()), std::move(name.value())});
+    }
     (void)tokens.TakeKeyword("COLUMN");
     Result<std::string> column = tokens.ExpectName("a column");
     if (!column.ok()) return column.error();

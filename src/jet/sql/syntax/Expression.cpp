@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/Text.h"
+#include "jet/sql/syntax/Statement.h"
 
 namespace zent::jet {
 namespace {
@@ -33,7 +34,35 @@ constexpr std::array kOperators = {
     BinaryOperator{"^", ExpressionKind::Power, Binding::Power},
 };
 
+/// Levels of the highest expression of `select`.
+int HeightOf(const SelectStatement& select) {
+  int height = 0;
+  VisitExpressions(select, [&](const Expression& expression) {
+    height = std::max<int>(height, expression.height);
+  });
+  for (const UnionTerm& term : select.unions) height = std::max(height, HeightOf(term.select));
+  return height;
+}
+
 }  // namespace
+
+QueryHolder::QueryHolder() = default;
+QueryHolder::QueryHolder(SelectStatement select)
+    : select_(std::make_unique<SelectStatement>(std::move(select))) {}
+QueryHolder::~QueryHolder() = default;
+QueryHolder::QueryHolder(const QueryHolder& other)
+    : select_(other.select_ ? std::make_unique<SelectStatement>(*other.select_) : nullptr) {}
+QueryHolder::QueryHolder(QueryHolder&& other) noexcept = default;
+QueryHolder& QueryHolder::operator=(const QueryHolder& other) {
+  if (this != &other) *this = QueryHolder(other);
+  return *this;
+}
+QueryHolder& QueryHolder::operator=(QueryHolder&& other) noexcept = default;
+
+bool QueryHolder::operator==(const QueryHolder& other) const {
+  if (!select_ || !other.select_) return !select_ && !other.select_;
+  return *select_ == *other.select_;
+}
 
 Expression Node(ExpressionKind kind, std::vector<Expression> operands, std::string name) {
   Expression node;
@@ -43,6 +72,14 @@ Expression Node(ExpressionKind kind, std::vector<Expression> operands, std::stri
   for (const Expression& operand : node.operands) {
     node.height = std::max(node.height, static_cast<std::uint16_t>(operand.height + 1));
   }
+  return node;
+}
+
+Expression QueryNode(ExpressionKind kind, std::vector<Expression> operands, SelectStatement query) {
+  Expression node = Node(kind, std::move(operands));
+  const int height = std::max<int>(node.height, HeightOf(query) + 1);
+  node.height = static_cast<std::uint16_t>(std::min<int>(height, kMaxExpressionHeight + 1));
+  node.query = QueryHolder(std::move(query));
   return node;
 }
 
@@ -67,6 +104,8 @@ Binding BindingOf(ExpressionKind kind) {
     case ExpressionKind::NotIn:
     case ExpressionKind::Between:
     case ExpressionKind::NotBetween:
+    case ExpressionKind::InQuery:
+    case ExpressionKind::NotInQuery:
     case ExpressionKind::IsNull:
     case ExpressionKind::IsNotNull:
       return Binding::Comparison;

@@ -6,14 +6,14 @@
 
 #include "base/Text.h"
 #include "jet/format/JetErrors.h"
+#include "jet/sql/syntax/StatementParsers.h"
 
 namespace zent::jet {
 namespace {
 
-constexpr int kMaxDepth = 100;
-
 bool IsAggregate(std::string_view name) {
-  constexpr std::array<std::string_view, 5> kNames = {"COUNT", "MIN", "MAX", "SUM", "AVG"};
+  constexpr std::array<std::string_view, 7> kNames = {"COUNT", "MIN",   "MAX", "SUM",
+                                                      "AVG",   "FIRST", "LAST"};
   return std::any_of(kNames.begin(), kNames.end(),
                      [&](std::string_view known) { return EqualsIgnoringCase(known, name); });
 }
@@ -27,11 +27,10 @@ Expression Constant(Value value) {
 }  // namespace
 
 Result<Expression> ExpressionParser::ParseFrom(Binding lowest) {
-  if (depth_ == kMaxDepth) return JetErrorBecause(kQueryTooComplex, "nested too deeply");
-  ++depth_;
+  if (!tokens_.Enter()) return JetErrorBecause(kQueryTooComplex, "nested too deeply");
   Result<Expression> left = ParsePrefixed();
   if (left.ok()) left = ParseTail(std::move(left.value()), lowest);
-  --depth_;
+  tokens_.Leave();
   return left;
 }
 
@@ -84,9 +83,13 @@ Result<Expression> ExpressionParser::ParseComparisonTail(Expression left) {
 Result<Expression> ExpressionParser::ParseList(ExpressionKind kind, Expression first) {
   const Status open = tokens_.ExpectMark("(");
   if (!open.ok()) return open.error();
-  if (tokens_.IsKeyword("SELECT")) return tokens_.Error("queries within queries are not supported");
   std::vector<Expression> operands;
   operands.push_back(std::move(first));
+  if (tokens_.IsKeyword("SELECT")) {
+    return ParseQuery(
+        kind == ExpressionKind::In ? ExpressionKind::InQuery : ExpressionKind::NotInQuery,
+        std::move(operands));
+  }
   do {
     Result<Expression> item = Parse();
     if (!item.ok()) return item;
@@ -95,6 +98,20 @@ Result<Expression> ExpressionParser::ParseList(ExpressionKind kind, Expression f
   const Status close = tokens_.ExpectMark(")");
   if (!close.ok()) return close.error();
   return Checked(Node(kind, std::move(operands)));
+}
+
+// Behind the bracket that opens it.
+Result<Expression> ExpressionParser::ParseQuery(ExpressionKind kind,
+                                                std::vector<Expression> operands) {
+  if (!tokens_.Enter()) return JetErrorBecause(kQueryTooComplex, "nested too deeply");
+  if (!tokens_.IsKeyword("SELECT")) return tokens_.Error("SELECT expected");
+  Result<SelectStatement> select = ParseSelect(tokens_);
+  tokens_.Leave();
+  if (!select.ok()) return select.error();
+  if (!select.value().into.empty()) return tokens_.Error("INTO cannot stand here");
+  const Status close = tokens_.ExpectMark(")");
+  if (!close.ok()) return close.error();
+  return Checked(QueryNode(kind, std::move(operands), std::move(select.value())));
 }
 
 Result<Expression> ExpressionParser::ParseBetween(ExpressionKind kind, Expression first) {
@@ -111,7 +128,20 @@ Result<Expression> ExpressionParser::ParseBetween(ExpressionKind kind, Expressio
   return Checked(Node(kind, std::move(operands)));
 }
 
+bool ExpressionParser::IsComparisonNext() const {
+  const std::size_t word = tokens_.IsKeyword("NOT") ? 1 : 0;
+  if (tokens_.IsKeyword("IN", word) || tokens_.IsKeyword("BETWEEN", word) ||
+      tokens_.IsKeyword("LIKE", word) || tokens_.IsKeyword("IS")) {
+    return true;
+  }
+  const BinaryOperator* const next = NextOperator();
+  return next != nullptr && next->binding == Binding::Comparison;
+}
+
 Result<Expression> ExpressionParser::ParsePrefixed() {
+  if (!implied_.empty() && IsComparisonNext()) {
+    return Node(ExpressionKind::Column, {}, std::string(implied_));
+  }
   if (tokens_.TakeKeyword("NOT")) return ParsePrefix(ExpressionKind::Not, Binding::Not);
   if (tokens_.TakeMark("-")) return ParsePrefix(ExpressionKind::Negate, Binding::Negate);
   if (tokens_.TakeMark("+")) return ParseFrom(Binding::Negate);
@@ -134,9 +164,13 @@ Result<Expression> ExpressionParser::ParseOperand() {
     return literal;
   }
   if (tokens_.IsMark("?")) return JetError(kTooFewParameters, "1");
+  if (tokens_.IsKeyword("EXISTS") && tokens_.IsMark("(", 1)) {
+    tokens_.Skip();
+    tokens_.Skip();
+    return ParseQuery(ExpressionKind::Exists, {});
+  }
   if (tokens_.TakeMark("(")) {
-    if (tokens_.IsKeyword("SELECT"))
-      return tokens_.Error("queries within queries are not supported");
+    if (tokens_.IsKeyword("SELECT")) return ParseQuery(ExpressionKind::Subquery, {});
     Result<Expression> inner = Parse();
     if (!inner.ok()) return inner;
     const Status close = tokens_.ExpectMark(")");

@@ -11,6 +11,9 @@ namespace zent::jet {
 class ExpressionParser {
  public:
   explicit ExpressionParser(TokenStream& tokens) : tokens_(tokens) {}
+  /// `implied` is the column that a comparison without a left side is about, as in ">0".
+  ExpressionParser(TokenStream& tokens, std::string_view implied)
+      : tokens_(tokens), implied_(implied) {}
 
   Result<Expression> Parse() { return ParseFrom(Binding::None); }
 
@@ -22,6 +25,7 @@ class ExpressionParser {
   Result<Expression> ParseTail(Expression left, Binding lowest);
   Result<Expression> ParseComparisonTail(Expression left);
   Result<Expression> ParseList(ExpressionKind kind, Expression first);
+  Result<Expression> ParseQuery(ExpressionKind kind, std::vector<Expression> operands);
   Result<Expression> ParseBetween(ExpressionKind kind, Expression first);
   Result<Expression> ParsePrefixed();
   Result<Expression> ParsePrefix(ExpressionKind kind, Binding operand);
@@ -31,8 +35,10 @@ class ExpressionParser {
   const BinaryOperator* NextOperator() const;
   Result<Expression> Checked(Expression node) const;
 
+  bool IsComparisonNext() const;
+
   TokenStream& tokens_;
-  int depth_ = 0;
+  std::string_view implied_ = {};
 };
 
 }  // namespace zent::jet

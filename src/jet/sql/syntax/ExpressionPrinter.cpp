@@ -75,6 +75,11 @@ std::string PrintBetween(const Expression& test, std::string_view word) {
                      Print(test.operands[2], Binding::Concatenate));
 }
 
+std::string PrintQuery(const Expression& node) {
+  const SelectStatement* const select = node.query.get();
+  return "(" + (select == nullptr ? std::string() : PrintSelect(*select)) + ")";
+}
+
 }  // namespace
 
 std::string PrintName(std::string_view name) {
@@ -106,6 +111,14 @@ std::string PrintExpression(const Expression& expression) {
       return Print(operands[0], Binding::Comparison) + " IN " + PrintList(operands, 1);
     case ExpressionKind::NotIn:
       return Print(operands[0], Binding::Comparison) + " NOT IN " + PrintList(operands, 1);
+    case ExpressionKind::Subquery:
+      return PrintQuery(expression);
+    case ExpressionKind::Exists:
+      return "EXISTS " + PrintQuery(expression);
+    case ExpressionKind::InQuery:
+      return Print(operands[0], Binding::Comparison) + " IN " + PrintQuery(expression);
+    case ExpressionKind::NotInQuery:
+      return Print(operands[0], Binding::Comparison) + " NOT IN " + PrintQuery(expression);
     case ExpressionKind::Between:
       return PrintBetween(expression, "BETWEEN");
     case ExpressionKind::NotBetween:

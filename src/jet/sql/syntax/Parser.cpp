@@ -46,17 +46,18 @@ Result<Statement> ParseStatement(std::string_view statement) {
   TokenStream tokens(statement, std::move(split.value()));
   Result<Statement> parsed = ParseKnown(tokens);
   if (!parsed.ok()) return parsed;
-  if (tokens.IsKeyword("UNION")) return tokens.Error("UNION is not supported");
   (void)tokens.TakeMark(";");
   if (tokens.Peek().kind != TokenKind::End) return tokens.Error("end of the statement expected");
   return parsed;
 }
 
-Result<Expression> ParseExpression(std::string_view text) {
+Result<Expression> ParseExpression(std::string_view text) { return ParseRule(text, {}); }
+
+Result<Expression> ParseRule(std::string_view text, std::string_view column) {
   Result<std::vector<Token>> split = Tokenize(text);
   if (!split.ok()) return split.error();
   TokenStream tokens(text, std::move(split.value()));
-  Result<Expression> parsed = ExpressionParser(tokens).Parse();
+  Result<Expression> parsed = ExpressionParser(tokens, column).Parse();
   if (parsed.ok() && tokens.Peek().kind != TokenKind::End) {
     return tokens.Error("operator expected");
   }

@@ -7,6 +7,8 @@
 namespace zent::jet {
 namespace {
 
+constexpr std::int32_t kAllPercent = 100;
+
 Status ParseInto(TokenStream& tokens, std::optional<Expression>& place) {
   Result<Expression> parsed = ExpressionParser(tokens).Parse();
   if (!parsed.ok()) return parsed.error();
@@ -19,17 +21,38 @@ class SelectParser {
   explicit SelectParser(TokenStream& tokens) : tokens_(tokens) {}
 
   Result<SelectStatement> Parse() {
-    tokens_.Skip();
-    for (const auto step :
-         {&SelectParser::ParsePredicate, &SelectParser::ParseColumns, &SelectParser::ParseFrom,
-          &SelectParser::ParseFilter, &SelectParser::ParseGroups, &SelectParser::ParseOrder}) {
-      const Status done = (this->*step)();
-      if (!done.ok()) return done.error();
-    }
+    Status done = ParseBody();
+    while (done.ok() && tokens_.IsKeyword("UNION")) done = ParseUnion();
+    if (done.ok()) done = ParseOrder();
+    if (!done.ok()) return done.error();
     return std::move(select_);
   }
 
  private:
+  /// Everything that a query of a union can have.
+  Status ParseBody() {
+    Status start = tokens_.ExpectKeyword("SELECT");
+    if (!start.ok()) return start;
+    for (const auto step :
+         {&SelectParser::ParsePredicate, &SelectParser::ParseColumns, &SelectParser::ParseTarget,
+          &SelectParser::ParseFrom, &SelectParser::ParseFilter, &SelectParser::ParseGroups}) {
+      Status done = (this->*step)();
+      if (!done.ok()) return done;
+    }
+    return {};
+  }
+
+  Status ParseUnion() {
+    tokens_.Skip();
+    const bool all = tokens_.TakeKeyword("ALL");
+    SelectParser term(tokens_);
+    Status done = term.ParseBody();
+    if (!done.ok()) return done;
+    if (!term.select_.into.empty()) return tokens_.Error("INTO stands in the first query alone");
+    select_.unions.push_back({.all = all, .select = std::move(term.select_)});
+    return {};
+  }
+
   Status ParsePredicate() {
     if (tokens_.TakeKeyword("DISTINCT")) {
       select_.distinct = true;
@@ -41,7 +64,19 @@ class SelectParser {
         tokens_.ExpectNumber(1, std::numeric_limits<std::int32_t>::max(), "number of rows");
     if (!rows.ok()) return rows.error();
     select_.top = rows.value();
+    select_.top_percent = tokens_.TakeKeyword("PERCENT");
+    if (select_.top_percent && rows.value() > kAllPercent) {
+      return tokens_.Error("at most 100 percent");
+    }
     return {};
+  }
+
+  Status ParseTarget() {
+    if (!tokens_.TakeKeyword("INTO")) return {};
+    Result<std::string> table = tokens_.ExpectName("a table");
+    if (!table.ok()) return table.error();
+    select_.into = std::move(table.value());
+    return ParseDatabase(tokens_, select_.into_database);
   }
 
   Status ParseColumns() {
@@ -95,7 +130,12 @@ class SelectParser {
         kind = JoinKind::Left;
         (void)tokens_.TakeKeyword("OUTER");
       } else if (tokens_.IsKeyword("RIGHT")) {
-        return tokens_.Error("RIGHT JOIN is not supported: swap the tables of a LEFT JOIN");
+        if (select_.from.size() != 1) {
+          return tokens_.Error("RIGHT JOIN joins the first two tables alone");
+        }
+        tokens_.Skip();
+        kind = JoinKind::Right;
+        (void)tokens_.TakeKeyword("OUTER");
       } else if (!tokens_.TakeKeyword("INNER") && !tokens_.IsKeyword("JOIN")) {
         break;
       }

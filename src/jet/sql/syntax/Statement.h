@@ -17,7 +17,12 @@ struct TableSource {
   bool operator==(const TableSource&) const = default;
 };
 
-enum class JoinKind { Cross, Inner, Left };
+enum class JoinKind {
+  Cross,
+  Inner,
+  Left,
+  Right,  ///< the second table alone
+};
 
 /// A table and how it joins those before it.
 struct JoinedTable {
@@ -41,17 +46,48 @@ struct OrderTerm {
   bool operator==(const OrderTerm&) const = default;
 };
 
+struct UnionTerm;
+
 struct SelectStatement {
   bool distinct = false;
   std::optional<std::int32_t> top = {};  ///< rows; those equal to the last in order come along
+  bool top_percent = false;              ///< `top` is a share of the rows instead
   std::vector<SelectColumn> columns = {};
   std::vector<JoinedTable> from = {};  ///< empty: one row of the expressions
   std::optional<Expression> where = {};
   std::vector<Expression> group_by = {};
   std::optional<Expression> having = {};
+  /// The queries whose rows come behind; `order_by` is then that of all. Those here have neither
+  /// unions nor an order.
+  std::vector<UnionTerm> unions = {};
   std::vector<OrderTerm> order_by = {};
-  bool operator==(const SelectStatement&) const = default;
+  std::string into = {};           ///< table to be made of the rows; empty: none
+  std::string into_database = {};  ///< path of another file for it
+  bool operator==(const SelectStatement&) const;
 };
+
+struct UnionTerm {
+  bool all = false;  ///< rows that are there already come as well
+  SelectStatement select;
+  bool operator==(const UnionTerm&) const = default;
+};
+
+/// Calls `visit` with each expression of `select` itself, not with those of its unions.
+template <typename Select, typename Visit>
+void VisitExpressions(Select& select, Visit visit) {
+  for (auto& column : select.columns) {
+    if (column.expression) visit(*column.expression);
+  }
+  for (auto& table : select.from) {
+    if (table.on) visit(*table.on);
+  }
+  if (select.where) visit(*select.where);
+  for (auto& group : select.group_by) visit(group);
+  if (select.having) visit(*select.having);
+  for (auto& term : select.order_by) visit(term.expression);
+}
+
+inline bool SelectStatement::operator==(const SelectStatement&) const = default;
 
 struct InsertStatement {
   std::string table = {};
@@ -108,10 +144,22 @@ struct IndexSpecification {
   bool operator==(const IndexSpecification&) const = default;
 };
 
+/// FOREIGN KEY (columns) REFERENCES referenced_table (referenced_columns).
+struct ForeignKeySpecification {
+  std::string name = {};  ///< empty: one is made up
+  std::vector<std::string> columns = {};
+  std::string referenced_table = {};
+  std::vector<std::string> referenced_columns = {};  ///< empty: the primary key
+  bool cascades_updates = false;
+  bool cascades_deletes = false;
+  bool operator==(const ForeignKeySpecification&) const = default;
+};
+
 struct CreateTableStatement {
   std::string table = {};
   std::vector<ColumnSpecification> columns = {};
   std::vector<IndexSpecification> constraints = {};  ///< primary or unique
+  std::vector<ForeignKeySpecification> foreign_keys = {};
   bool operator==(const CreateTableStatement&) const = default;
 };
 
@@ -125,7 +173,22 @@ struct AddColumnStatement {
   std::string table = {};
   ColumnSpecification column = {};
   std::optional<IndexSpecification> constraint = {};  ///< on that column alone
+  std::optional<ForeignKeySpecification> foreign_key = {};
   bool operator==(const AddColumnStatement&) const = default;
+};
+
+struct AddConstraintStatement {
+  std::string table = {};
+  std::optional<IndexSpecification> index = {};  ///< primary or unique
+  std::optional<ForeignKeySpecification> foreign_key = {};
+  bool operator==(const AddConstraintStatement&) const = default;
+};
+
+/// Takes away an index or a relationship.
+struct DropConstraintStatement {
+  std::string table = {};
+  std::string constraint = {};
+  bool operator==(const DropConstraintStatement&) const = default;
 };
 
 struct AlterColumnStatement {
@@ -151,9 +214,9 @@ struct DropIndexStatement {
   bool operator==(const DropIndexStatement&) const = default;
 };
 
-using Statement =
-    std::variant<SelectStatement, InsertStatement, UpdateStatement, DeleteStatement,
-                 CreateTableStatement, CreateIndexStatement, AddColumnStatement,
-                 AlterColumnStatement, DropColumnStatement, DropTableStatement, DropIndexStatement>;
+using Statement = std::variant<SelectStatement, InsertStatement, UpdateStatement, DeleteStatement,
+                               CreateTableStatement, CreateIndexStatement, AddColumnStatement,
+                               AddConstraintStatement, AlterColumnStatement, DropColumnStatement,
+                               DropConstraintStatement, DropTableStatement, DropIndexStatement>;
 
 }  // namespace zent::jet

@@ -18,6 +18,8 @@ Result<Statement> ParseDrop(TokenStream& tokens);
 
 /// A table with its alias, if it has one: "t", "t AS a", "t a".
 Result<TableSource> ParseTableSource(TokenStream& tokens);
+/// Fills `database` with the path when an IN "path" comes next.
+Status ParseDatabase(TokenStream& tokens, std::string& database);
 /// Fills `where` when a WHERE comes next.
 Status ParseWhere(TokenStream& tokens, std::optional<Expression>& where);
 /// Fills `columns` with names between brackets.

@@ -33,6 +33,7 @@ std::string PrintFrom(const std::vector<JoinedTable>& from) {
     if (table.kind == JoinKind::Cross && !text.empty()) text += ", ";
     if (table.kind == JoinKind::Inner) text += " INNER JOIN ";
     if (table.kind == JoinKind::Left) text += " LEFT JOIN ";
+    if (table.kind == JoinKind::Right) text += " RIGHT JOIN ";
     text += Print(table.source);
     if (table.on) text += " ON " + PrintExpression(*table.on);
   }
@@ -67,6 +68,37 @@ const char* PrintIndexOption(const IndexSpecification& index) {
   return index.ignore_null ? " WITH IGNORE NULL" : "";
 }
 
+/// Behind its column a key does not name it.
+std::string Print(const ForeignKeySpecification& key, bool behind_column = false) {
+  std::string text = key.name.empty() ? "" : "CONSTRAINT " + PrintName(key.name) + " ";
+  if (!behind_column) text += "FOREIGN KEY (" + List(key.columns, PrintName) + ") ";
+  text += "REFERENCES " + PrintName(key.referenced_table);
+  if (!key.referenced_columns.empty()) text += " (" + List(key.referenced_columns, PrintName) + ")";
+  if (key.cascades_updates) text += " ON UPDATE CASCADE";
+  if (key.cascades_deletes) text += " ON DELETE CASCADE";
+  return text;
+}
+
+std::string PrintConstraint(const IndexSpecification& constraint) {
+  const auto term = [](const IndexTerm& item) { return Print(item); };
+  return PrintConstraintHead(constraint) + " (" + List(constraint.columns, term) + ")";
+}
+
+/// A query without its unions and order.
+std::string PrintBody(const SelectStatement& select) {
+  std::string text = select.distinct ? "SELECT DISTINCT " : "SELECT ";
+  if (select.top)
+    text += fmt::format("TOP {} {}", *select.top, select.top_percent ? "PERCENT " : "");
+  text += List(select.columns, [](const SelectColumn& column) { return Print(column); });
+  if (!select.into.empty()) text += " INTO " + PrintName(select.into);
+  if (!select.into_database.empty()) text += " IN " + PrintText(select.into_database);
+  if (!select.from.empty()) text += " FROM " + PrintFrom(select.from);
+  text += PrintWhere(select.where);
+  if (!select.group_by.empty()) text += " GROUP BY " + List(select.group_by, PrintExpression);
+  if (select.having) text += " HAVING " + PrintExpression(*select.having);
+  return text;
+}
+
 struct StatementPrinter {
   std::string operator()(const SelectStatement& select) const { return PrintSelect(select); }
 
@@ -92,11 +124,11 @@ struct StatementPrinter {
 
   std::string operator()(const CreateTableStatement& create) const {
     const auto column = [](const ColumnSpecification& item) { return Print(item); };
-    const auto term = [](const IndexTerm& item) { return Print(item); };
     std::string text = List(create.columns, column);
     for (const IndexSpecification& constraint : create.constraints) {
-      text += ", " + PrintConstraintHead(constraint) + " (" + List(constraint.columns, term) + ")";
+      text += ", " + PrintConstraint(constraint);
     }
+    for (const ForeignKeySpecification& key : create.foreign_keys) text += ", " + Print(key);
     return "CREATE TABLE " + PrintName(create.table) + " (" + text + ")";
   }
 
@@ -110,7 +142,17 @@ struct StatementPrinter {
 
   std::string operator()(const AddColumnStatement& add) const {
     return "ALTER TABLE " + PrintName(add.table) + " ADD COLUMN " + Print(add.column) +
-           (add.constraint ? " " + PrintConstraintHead(*add.constraint) : "");
+           (add.constraint ? " " + PrintConstraintHead(*add.constraint) : "") +
+           (add.foreign_key ? " " + Print(*add.foreign_key, true) : "");
+  }
+  std::string operator()(const AddConstraintStatement& add) const {
+    return "ALTER TABLE " + PrintName(add.table) + " ADD " +
+           (add.index ? PrintConstraint(*add.index) : "") +
+           (add.foreign_key ? Print(*add.foreign_key) : "");
+  }
+  std::string operator()(const DropConstraintStatement& drop) const {
+    return "ALTER TABLE " + PrintName(drop.table) + " DROP CONSTRAINT " +
+           PrintName(drop.constraint);
   }
   std::string operator()(const AlterColumnStatement& alter) const {
     return "ALTER TABLE " + PrintName(alter.table) + " ALTER COLUMN " + Print(alter.column);
@@ -129,13 +171,10 @@ struct StatementPrinter {
 }  // namespace
 
 std::string PrintSelect(const SelectStatement& select) {
-  std::string text = select.distinct ? "SELECT DISTINCT " : "SELECT ";
-  if (select.top) text += fmt::format("TOP {} ", *select.top);
-  text += List(select.columns, [](const SelectColumn& column) { return Print(column); });
-  if (!select.from.empty()) text += " FROM " + PrintFrom(select.from);
-  text += PrintWhere(select.where);
-  if (!select.group_by.empty()) text += " GROUP BY " + List(select.group_by, PrintExpression);
-  if (select.having) text += " HAVING " + PrintExpression(*select.having);
+  std::string text = PrintBody(select);
+  for (const UnionTerm& term : select.unions) {
+    text += (term.all ? " UNION ALL " : " UNION ") + PrintBody(term.select);
+  }
   if (select.order_by.empty()) return text;
   return text + " ORDER BY " + List(select.order_by, [](const OrderTerm& term) {
            return PrintExpression(term.expression) + (term.descending ? " DESC" : "");

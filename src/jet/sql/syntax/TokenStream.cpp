@@ -68,6 +68,13 @@ Result<std::int32_t> TokenStream::ExpectNumber(std::int32_t lowest, std::int32_t
   return number;
 }
 
+bool TokenStream::Enter() {
+  constexpr int kMaxDepth = 100;
+  if (depth_ == kMaxDepth) return false;
+  ++depth_;
+  return true;
+}
+
 RuntimeError TokenStream::Error(std::string_view reason) const {
   return SyntaxError(statement_, Peek().at, reason);
 }

@@ -39,10 +39,16 @@ class TokenStream {
   /// Of the token that is next.
   RuntimeError Error(std::string_view reason) const;
 
+  /// One level deeper in brackets, prefixes and queries; false at the limit, which keeps parsing
+  /// from exhausting the stack.
+  bool Enter();
+  void Leave() { --depth_; }
+
  private:
   std::string_view statement_;
   std::vector<Token> tokens_;
   std::size_t at_ = 0;
+  int depth_ = 0;
 };
 
 }  // namespace zent::jet

@@ -11,8 +11,6 @@
 namespace zent::jet {
 namespace {
 
-constexpr std::int64_t kCurrencyUnit = 10000;
-
 /// A number for calculation: texts become double.
 Result<Value> OperandOf(const Value& value) {
   if (IsNumber(value)) return value;

@@ -11,15 +11,13 @@
 namespace zent::jet {
 namespace {
 
-constexpr double kCurrencyUnit = 10000;
-
 struct AsDouble {
   double operator()(bool value) const { return value ? -1 : 0; }
   double operator()(std::uint8_t value) const { return value; }
   double operator()(std::int16_t value) const { return value; }
   double operator()(std::int32_t value) const { return value; }
   double operator()(Currency value) const {
-    return static_cast<double>(value.ten_thousandths) / kCurrencyUnit;
+    return static_cast<double>(value.ten_thousandths) / static_cast<double>(kCurrencyUnit);
   }
   double operator()(float value) const { return static_cast<double>(value); }
   double operator()(double value) const { return value; }

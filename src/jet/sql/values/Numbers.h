@@ -10,6 +10,9 @@
 /// Values as numbers.
 namespace zent::jet {
 
+/// A currency value counts ten-thousandths.
+inline constexpr std::int64_t kCurrencyUnit = 10000;
+
 /// True for all numbers, Yes/No (-1 and 0) and dates (their days).
 bool IsNumber(const Value& value);
 /// True for Yes/No, Byte, Int and Long.

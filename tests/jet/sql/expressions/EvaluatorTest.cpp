@@ -17,9 +17,9 @@ const EvaluationContext kContext = {.now = {38383.75}};  // 2005-01-31 18:00
 class FixedRow : public RowValues {
  public:
   explicit FixedRow(std::vector<Value> values) : values_(std::move(values)) {}
-  Result<Value> At(std::size_t column) const override {
+  Result<const Value*> At(std::size_t column) override {
     if (column >= values_.size()) return JetError(kItemNotFound);
-    return values_[column];
+    return &values_[column];
   }
 
  private:
@@ -35,7 +35,7 @@ Result<Value> Evaluated(std::string_view text) {
   if (!bound.ok()) return bound.error();
   const Status all = binder.Finish();
   if (!all.ok()) return all.error();
-  const FixedRow row({std::int32_t{5}, Text("Korvo"), Null(), true, Date{38383}});
+  FixedRow row({std::int32_t{5}, Text("Korvo"), Null(), true, Date{38383}});
   return Evaluator(kContext).Evaluate(expression.value(), row);
 }
 
@@ -76,6 +76,23 @@ constexpr EvaluateCase kTests[] = {
     {"a NOT IN (1, 2)", "TRUE"},
     {"a NOT IN (1, n)", "NULL"},
     {"a BETWEEN 5 AND 6", "TRUE"},
+    {"DateAdd('m', 1, d)", "#2005-02-28#"},
+    {"DateAdd('d', -31, d)", "#2004-12-31#"},
+    {"DateAdd('h', 36, d)", "#2005-02-01 12:00:00#"},
+    {"DateAdd('yyyy', 1, n)", "NULL"},
+    {"DateDiff('m', d, #2005-02-01#)", "1"},
+    {"DateDiff('d', #2005-01-01#, d)", "30"},
+    {"DateDiff('ww', #2005-01-29#, #2005-01-30#)", "1"},
+    {"DateDiff('n', d, Now())", "1080"},
+    {"DatePart('q', d)", "1"},
+    {"DatePart('y', #2005-02-01#)", "32"},
+    {"DatePart('ww', #2005-01-02#)", "2"},
+    {"Weekday(d)", "2"},
+    {"Hour(Now()) + Minute(Now())", "18"},
+    {"Switch(a = 4, 'four', a = 5, 'five')", "'five'"},
+    {"Switch(a = 4, 'four')", "NULL"},
+    {"Choose(2, 'a', 'b')", "'b'"},
+    {"Choose(3, 'a', 'b')", "NULL"},
     {"a BETWEEN 6 AND 7", "FALSE"},
     {"a NOT BETWEEN 6 AND 7", "TRUE"},
     {"a BETWEEN n AND 4", "FALSE"},
@@ -196,26 +213,32 @@ TEST(Evaluator, GivesErrorsTheirNumbers) {
 }
 
 TEST(Evaluator, TakesNullAsNo) {
-  const FixedRow row({});
+  FixedRow row({});
   Evaluator evaluator(kContext);
   EXPECT_TRUE(evaluator.Test(ParseExpression("1 = 1").value(), row).value());
   EXPECT_FALSE(evaluator.Test(ParseExpression("NULL").value(), row).value());
   EXPECT_EQ(evaluator.Test(ParseExpression("'x'").value(), row).number(), kCriteriaTypeMismatch);
 }
 
+bool PassesFor(Evaluator& evaluator, const Expression& test, Text text) {
+  FixedRow row({std::move(text)});
+  return evaluator.Test(test, row).value();
+}
+
 TEST(Evaluator, KeepsAPatternForTheNextRow) {
   Expression test = ParseExpression("t LIKE 'a*'").value();
   ASSERT_TRUE(ColumnBinder({ScopeColumn{"r", "t"}}).Bind(test).ok());
   Evaluator evaluator(kContext);
-  EXPECT_TRUE(evaluator.Test(test, FixedRow({Text("abc")})).value());
-  EXPECT_FALSE(evaluator.Test(test, FixedRow({Text("xyz")})).value());
-  EXPECT_TRUE(evaluator.Test(test, FixedRow({Text("A")})).value());
+  EXPECT_TRUE(PassesFor(evaluator, test, Text("abc")));
+  EXPECT_FALSE(PassesFor(evaluator, test, Text("xyz")));
+  EXPECT_TRUE(PassesFor(evaluator, test, Text("A")));
 }
 
 TEST(Evaluator, HandsOnAnErrorOfTheRow) {
   Expression test = ParseExpression("t = 'a'").value();
   ASSERT_TRUE(ColumnBinder({ScopeColumn{"r", "t"}}).Bind(test).ok());
-  EXPECT_EQ(Evaluator(kContext).Evaluate(test, FixedRow({})).number(), kItemNotFound);
+  FixedRow row({});
+  EXPECT_EQ(Evaluator(kContext).Evaluate(test, row).number(), kItemNotFound);
 }
 
 }  // namespace

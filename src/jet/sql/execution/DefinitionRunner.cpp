@@ -1,0 +1,135 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "jet/catalog/Catalog.h"
+#include "jet/format/JetErrors.h"
+#include "jet/format/TextKey.h"
+#include "jet/schema/Schema.h"
+#include "jet/sql/execution/NewDefinitions.h"
+#include "jet/sql/execution/StatementRunners.h"
+
+// CREATE, ALTER and DROP.
+namespace zent::jet {
+namespace {
+
+/// The columns of the primary key of a table: what a foreign key refers to without saying.
+Result<std::vector<std::string>> PrimaryColumns(Catalog& catalog, const std::string& name) {
+  const Result<Table*> table = catalog.OpenTable(name);
+  if (!table.ok()) return table.error();
+  const TableDefinition& definition = table.value()->definition();
+  for (const LogicalIndex& index : definition.logical_indexes) {
+    if (index.kind != IndexKind::Primary) continue;
+    std::vector<std::string> names;
+    for (const IndexColumn& column : definition.real_indexes[index.real].columns) {
+      const ColumnDefinition* const found = definition.ColumnOf(column.column);
+      if (found != nullptr) names.push_back(found->name);
+    }
+    return names;
+  }
+  return JetErrorBecause(kItemNotFound, "table " + name + " has no primary key");
+}
+
+Status CreateForeignKey(SqlSession& session, const std::string& table,
+                        const ForeignKeySpecification& key) {
+  Relationship relationship{
+      .name = key.name, .table = table, .referenced_table = key.referenced_table};
+  if (relationship.name.empty()) relationship.name = key.referenced_table + table;
+  Result<std::vector<std::string>> referenced = key.referenced_columns;
+  if (key.referenced_columns.empty()) {
+    referenced = PrimaryColumns(session.catalog, key.referenced_table);
+    if (!referenced.ok()) return referenced.error();
+  }
+  if (referenced.value().size() != key.columns.size()) return JetError(kValueCountDiffers);
+  for (std::size_t i = 0; i < key.columns.size(); ++i) {
+    relationship.columns.emplace_back(key.columns[i], referenced.value()[i]);
+  }
+  if (key.cascades_updates) relationship.flags |= kCascadesUpdates;
+  if (key.cascades_deletes) relationship.flags |= kCascadesDeletes;
+  return Schema(session.catalog).CreateRelationship(relationship);
+}
+
+/// Copies a column's values into another, converted.
+Status CopyColumn(SqlSession& session, const std::string& table, const std::string& from,
+                  const std::string& to) {
+  UpdateStatement update{.table = {table}};
+  update.assignments.push_back(
+      {Node(ExpressionKind::Column, {}, to), Node(ExpressionKind::Column, {}, from)});
+  return RunUpdate(session, update).status();
+}
+
+}  // namespace
+
+Status RunDefinition(SqlSession& session, const CreateTableStatement& create) {
+  NewTable table{.name = create.table};
+  for (const ColumnSpecification& column : create.columns) {
+    table.columns.push_back(MakeColumn(column));
+  }
+  for (const IndexSpecification& constraint : create.constraints) {
+    table.indexes.push_back(MakeIndex(constraint));
+  }
+  Status done = Schema(session.catalog).CreateTable(table);
+  for (const ForeignKeySpecification& key : create.foreign_keys) {
+    if (done.ok()) done = CreateForeignKey(session, create.table, key);
+  }
+  return done;
+}
+
+Status RunDefinition(SqlSession& session, const CreateIndexStatement& create) {
+  return Schema(session.catalog).CreateIndex(create.table, MakeIndex(create.index));
+}
+
+Status RunDefinition(SqlSession& session, const AddColumnStatement& add) {
+  Schema schema(session.catalog);
+  Status done = schema.AddColumn(add.table, MakeColumn(add.column));
+  if (done.ok() && add.constraint) done = schema.CreateIndex(add.table, MakeIndex(*add.constraint));
+  if (done.ok() && add.foreign_key) done = CreateForeignKey(session, add.table, *add.foreign_key);
+  return done;
+}
+
+Status RunDefinition(SqlSession& session, const AddConstraintStatement& add) {
+  if (add.foreign_key) return CreateForeignKey(session, add.table, *add.foreign_key);
+  return Schema(session.catalog).CreateIndex(add.table, MakeIndex(*add.index));
+}
+
+Status RunDefinition(SqlSession& session, const AlterColumnStatement& alter) {
+  Schema schema(session.catalog);
+  const Result<Table*> table = session.catalog.OpenTable(alter.table);
+  if (!table.ok()) return table.error();
+  const Result<std::size_t> position = table.value()->PositionOf(alter.column.name);
+  if (!position.ok()) return position.error();
+  const std::string name = table.value()->definition().columns[position.value()].name;
+  NewColumn column = MakeColumn(alter.column);
+  column.name = fmt::format("{}_new", name.substr(0, name.size() / 2));
+  Status done = schema.AddColumn(alter.table, column);
+  if (done.ok()) done = CopyColumn(session, alter.table, name, column.name);
+  if (done.ok()) done = schema.DropColumn(alter.table, name);
+  return done.ok() ? schema.RenameColumn(alter.table, column.name, name) : done;
+}
+
+Status RunDefinition(SqlSession& session, const DropColumnStatement& drop) {
+  return Schema(session.catalog).DropColumn(drop.table, drop.column);
+}
+
+Status RunDefinition(SqlSession& session, const DropConstraintStatement& drop) {
+  const Result<std::vector<Relationship>> known = session.catalog.RelationshipsOf(drop.table);
+  if (!known.ok()) return known.error();
+  const bool is_key = std::any_of(known.value().begin(), known.value().end(),
+                                  [&](const Relationship& relationship) {
+                                    return SameKey(relationship.name, drop.constraint);
+                                  });
+  Schema schema(session.catalog);
+  return is_key ? schema.DropRelationship(drop.constraint)
+                : schema.DropIndex(drop.table, drop.constraint);
+}
+
+Status RunDefinition(SqlSession& session, const DropTableStatement& drop) {
+  return Schema(session.catalog).DropTable(drop.table);
+}
+
+Status RunDefinition(SqlSession& session, const DropIndexStatement& drop) {
+  return Schema(session.catalog).DropIndex(drop.table, drop.index);
+}
+
+}  // namespace zent::jet

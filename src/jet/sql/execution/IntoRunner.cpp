@@ -1,0 +1,45 @@
+#include <utility>
+
+#include "jet/catalog/Catalog.h"
+#include "jet/schema/Schema.h"
+#include "jet/sql/execution/NewDefinitions.h"
+#include "jet/sql/execution/Query.h"
+#include "jet/sql/execution/StatementRunners.h"
+
+// SELECT ... INTO.
+namespace zent::jet {
+namespace {
+
+/// A table for what the query gives: its first row tells the types of expressions.
+Result<NewTable> TableFor(SqlSession& session, const SelectStatement& select) {
+  Result<std::unique_ptr<Query>> query = MakeQuery(session, select);
+  if (!query.ok()) return query.error();
+  const Result<bool> found = query.value()->Next();
+  if (!found.ok()) return found.error();
+  NewTable table{.name = select.into};
+  for (std::size_t i = 0; i < query.value()->columns().size(); ++i) {
+    table.columns.push_back(MakeColumn(query.value()->columns()[i],
+                                       found.value() ? query.value()->row()[i] : Value(Null())));
+  }
+  return table;
+}
+
+}  // namespace
+
+Result<std::int64_t> RunSelectInto(SqlSession& session, const SelectStatement& select) {
+  InsertStatement insert{.table = select.into, .database = select.into_database};
+  insert.select = select;
+  insert.select->into.clear();
+  insert.select->into_database.clear();
+
+  const Result<NewTable> table = TableFor(session, select);
+  if (!table.ok()) return table.error();
+  const Result<Catalog*> catalog = CatalogOf(session, select.into_database);
+  if (!catalog.ok()) return catalog.error();
+  const Status created = Schema(*catalog.value()).CreateTable(table.value());
+  if (!created.ok()) return created.error();
+  for (const NewColumn& column : table.value().columns) insert.columns.push_back(column.name);
+  return RunInsert(session, insert);
+}
+
+}  // namespace zent::jet

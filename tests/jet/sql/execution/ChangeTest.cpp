@@ -1,0 +1,186 @@
+#include <gtest/gtest.h>
+
+#include "jet/catalog/Transaction.h"
+#include "jet/sql/execution/SqlFile.h"
+
+namespace zent::jet::testing {
+namespace {
+
+/// Steps of one file: statements, and queries that start with SELECT.
+void ExpectSteps(SqlFile& file, const std::vector<SqlCase>& steps) {
+  for (const SqlCase& step : steps) {
+    SCOPED_TRACE(step.what);
+    const bool query = step.statement.starts_with("SELECT") &&
+                       step.statement.find(" INTO ") == std::string_view::npos;
+    EXPECT_EQ(query ? file.Rows(step.statement) : file.Run(step.statement), step.outcome)
+        << step.statement;
+  }
+}
+
+TEST(Insert, PutsRowsIntoATable) {
+  SqlFile file;
+  file.RunAll(
+      {"CREATE TABLE t (Id COUNTER PRIMARY KEY, Name TEXT(5) NOT NULL, Age BYTE, "
+       "Active YESNO, At DATETIME)"});
+  ExpectSteps(
+      file,
+      {{"columns by name", "INSERT INTO t (Name, Age) VALUES ('a', 2 + 3)", "1"},
+       {"all columns", "INSERT INTO t VALUES (NULL, 'b', NULL, TRUE, Now())", "1"},
+       {"what was not said", "SELECT * FROM t",
+        "1|a|5|No|NULL / 2|b|NULL|Yes|1/31/2005 6:00:00 PM"},
+       {"a text becomes a number", "INSERT INTO t (Name, Age) VALUES ('c', '7')", "1"},
+       {"too few values", "INSERT INTO t (Name, Age) VALUES ('c')", "error 3075"},
+       {"too few for all", "INSERT INTO t VALUES (1, 'c')", "error 3346"},
+       {"an unknown column", "INSERT INTO t (Nope) VALUES (1)", "error 3127"},
+       {"an unknown table", "INSERT INTO u VALUES (1)", "error 3078"},
+       {"a text that is too long", "INSERT INTO t (Name) VALUES ('abcdef')", "error 3163"},
+       {"a number that is too large", "INSERT INTO t (Name, Age) VALUES ('d', 256)", "error 3349"},
+       {"no value where one is required", "INSERT INTO t (Age) VALUES (1)", "error 3314"},
+       {"a key that is taken", "INSERT INTO t (Id, Name) VALUES (1, 'd')", "error 3022"},
+       {"a name that is no value", "INSERT INTO t (Name) VALUES (x)", "error 3061"},
+       {"nothing of these came in", "SELECT Count(*) FROM t", "3"}});
+}
+
+TEST(Insert, TakesTheRowsOfAQuery) {
+  SqlFile file;
+  file.RunAll({"CREATE TABLE a (Id LONG, Name TEXT(9))", "CREATE TABLE b (Name TEXT(9), Id LONG)",
+               "INSERT INTO a VALUES (1, 'x')", "INSERT INTO a VALUES (2, 'y')"});
+  ExpectSteps(file,
+              {{"columns go by their names", "INSERT INTO b SELECT * FROM a", "2"},
+               {"as they went", "SELECT * FROM b", "x|1 / y|2"},
+               {"into the table itself", "INSERT INTO a SELECT Id + 10 AS Id, Name FROM a", "2"},
+               {"once", "SELECT Id FROM a", "1 / 2 / 11 / 12"},
+               {"named columns", "INSERT INTO b (Id) SELECT Id FROM a WHERE Id > 10", "2"},
+               {"not as many", "INSERT INTO b (Id) SELECT * FROM a", "error 3346"},
+               {"a new table", "SELECT Name, Id * 2 AS Twice INTO c FROM a WHERE Id < 3", "2"},
+               {"with its rows", "SELECT * FROM c", "x|2 / y|4"},
+               {"a table that is there", "SELECT * INTO c FROM a", "error 3010"}});
+}
+
+TEST(Insert, ReachesAnotherFile) {
+  SqlFile file;
+  file.RunAll({"CREATE TABLE t (Id LONG)", "INSERT INTO t VALUES (1)", "INSERT INTO t VALUES (2)"});
+  SqlFile& other = file.Other("C:\\Data\\Other.mdb");
+  other.RunAll({"CREATE TABLE t (Id LONG)"});
+
+  EXPECT_EQ(file.Run("INSERT INTO t IN \"C:\\Data\\Other.mdb\" SELECT * FROM t"), "2");
+
+  EXPECT_EQ(other.Rows("SELECT * FROM t"), "1 / 2");
+  EXPECT_EQ(file.Rows("SELECT * FROM t"), "1 / 2");
+
+  SqlSession alone{.catalog = file.catalog()};
+  InsertStatement insert{.table = "t", .database = "C:\\Data\\Other.mdb"};
+  EXPECT_EQ(Execute(alone, insert).number(), 3219);
+}
+
+TEST(Update, ChangesTheRowsThatPass) {
+  SqlFile file;
+  file.RunAll({"CREATE TABLE t (Id LONG PRIMARY KEY, Name TEXT(9), Size LONG)",
+               "CREATE INDEX BySize ON t (Size)", "INSERT INTO t VALUES (1, 'a', 1)",
+               "INSERT INTO t VALUES (2, 'b', 2)", "INSERT INTO t VALUES (3, 'c', 3)"});
+  ExpectSteps(
+      file,
+      {{"one column", "UPDATE t SET Name = 'z' WHERE Id = 2", "1"},
+       {"from the row's own values", "UPDATE t SET Size = Size + 10, Name = Name & Size", "3"},
+       {"each row once, with the values before", "SELECT * FROM t", "1|a1|11 / 2|z2|12 / 3|c3|13"},
+       {"rows found by the index that changes", "UPDATE t SET Size = Size + 1 WHERE Size > 0", "3"},
+       {"each once", "SELECT Size FROM t ORDER BY Size", "12 / 13 / 14"},
+       {"from a query", "UPDATE t SET Size = (SELECT MAX(Id) FROM t) WHERE Id = 1", "1"},
+       {"no row", "UPDATE t SET Size = 0 WHERE Id = 9", "0"},
+       {"a key that is taken", "UPDATE t SET Id = 2 WHERE Id = 1", "error 3022"},
+       {"an unknown column", "UPDATE t SET Nope = 2", "error 3061"},
+       {"an unknown table", "UPDATE u SET Id = 2", "error 3078"},
+       {"nothing has changed", "SELECT * FROM t WHERE Id = 1", "1|a1|3"}});
+}
+
+TEST(Delete, TakesRowsAway) {
+  SqlFile file;
+  file.RunAll({"CREATE TABLE t (Id LONG PRIMARY KEY)", "INSERT INTO t VALUES (1)",
+               "INSERT INTO t VALUES (2)", "INSERT INTO t VALUES (3)"});
+  ExpectSteps(file, {{"some", "DELETE FROM t WHERE Id > 2", "1"},
+                     {"the others stay", "SELECT * FROM t", "1 / 2"},
+                     {"all", "DELETE * FROM t", "2"},
+                     {"none is left", "SELECT Count(*) FROM t", "0"}});
+}
+
+TEST(Definition, MakesAndChangesTables) {
+  SqlFile file;
+  ExpectSteps(
+      file,
+      {{"a table",
+        "CREATE TABLE t (Id LONG, Name TEXT(20) NOT NULL, CONSTRAINT k PRIMARY KEY (Id))", "0"},
+       {"once", "CREATE TABLE t (Id LONG)", "error 3010"},
+       {"a row", "INSERT INTO t VALUES (1, 'a')", "1"},
+       {"a column", "ALTER TABLE t ADD COLUMN Size LONG", "0"},
+       {"null in old rows", "SELECT * FROM t", "1|a|NULL"},
+       {"an index", "CREATE UNIQUE INDEX BySize ON t (Size)", "0"},
+       {"once", "CREATE INDEX BySize ON t (Size)", "error 3284"},
+       {"another size", "INSERT INTO t VALUES (2, 'b', 5)", "1"},
+       {"the index is unique", "INSERT INTO t VALUES (3, 'c', 5)", "error 3022"},
+       {"without it", "DROP INDEX BySize ON t", "0"},
+       {"it is not", "INSERT INTO t VALUES (3, 'c', 5)", "1"},
+       {"another type", "ALTER TABLE t ALTER COLUMN Size TEXT(10)", "0"},
+       {"the values went along", "SELECT Size FROM t WHERE Size = '5'", "5 / 5"},
+       {"without a column", "ALTER TABLE t DROP COLUMN Name", "0"},
+       {"it is gone", "SELECT Name FROM t", "error 3061"},
+       {"without the table", "DROP TABLE t", "0"},
+       {"it is gone", "SELECT * FROM t", "error 3078"}});
+}
+
+TEST(Definition, MakesForeignKeys) {
+  SqlFile file;
+  file.RunAll({"CREATE TABLE a (Id LONG PRIMARY KEY)", "INSERT INTO a VALUES (1)"});
+  ExpectSteps(file, {{"of a column",
+                      "CREATE TABLE b (Id LONG, A LONG CONSTRAINT ba REFERENCES a (Id))", "0"},
+                     {"a row that fits", "INSERT INTO b VALUES (1, 1)", "1"},
+                     {"one that does not", "INSERT INTO b VALUES (2, 2)", "error 3201"},
+                     {"its partner stays", "DELETE FROM a", "error 3200"},
+                     {"taken away", "ALTER TABLE b DROP CONSTRAINT ba", "0"},
+                     {"it may go", "DELETE FROM a", "1"}});
+}
+
+void SetText(SqlFile& file, std::string_view column, std::string_view name, Text text) {
+  Result<Transaction> transaction = Transaction::Begin(file.catalog());
+  const Result<Property> property = MakeProperty(name, ColumnType::Memo, false, text);
+  EXPECT_TRUE(Schema(file.catalog()).SetProperty("t", column, property.value()).ok());
+  EXPECT_TRUE(transaction.value().Commit().ok());
+}
+
+TEST(Insert, KnowsDefaultValues) {
+  SqlFile file;
+  file.RunAll({"CREATE TABLE t (Id LONG, a LONG, b TEXT(9), c DATETIME, d YESNO, e LONG, f LONG)"});
+  SetText(file, "a", "DefaultValue", "=1+1");
+  SetText(file, "b", "DefaultValue", "\"new\"");
+  SetText(file, "c", "DefaultValue", "Date()");
+  SetText(file, "d", "DefaultValue", "Yes");
+  SetText(file, "e", "DefaultValue", "Forms!x");
+  SetText(file, "f", "DefaultValue", "\"no number\"");
+  EXPECT_EQ(file.Run("INSERT INTO t (Id) VALUES (1)"), "1");
+  EXPECT_EQ(file.Run("INSERT INTO t (Id, a, b, d) VALUES (2, NULL, 'x', FALSE)"), "1");
+  EXPECT_EQ(file.Rows("SELECT * FROM t"),
+            "1|2|new|1/31/2005|Yes|NULL|NULL / 2|NULL|x|1/31/2005|No|NULL|NULL");
+}
+
+TEST(Insert, KeepsValidationRules) {
+  SqlFile file;
+  file.RunAll({"CREATE TABLE t (a LONG, b LONG, c TEXT(9))"});
+  SetText(file, "a", "ValidationRule", ">0 And <10");
+  SetText(file, "a", "ValidationText", "One to nine, please.");
+  SetText(file, "c", "ValidationRule", "In (\"x\",\"y\") Or Is Null");
+  SetText(file, "", "ValidationRule", "[a]<=[b]");
+  ExpectSteps(file, {{"within", "INSERT INTO t VALUES (1, 2, 'X')", "1"},
+                     {"beyond", "INSERT INTO t VALUES (10, 11, 'x')", "error 3316"},
+                     {"in a list", "INSERT INTO t VALUES (1, 2, 'z')", "error 3316"},
+                     {"of the table", "INSERT INTO t VALUES (3, 2, 'x')", "error 3316"},
+                     {"null passes", "INSERT INTO t VALUES (NULL, NULL, NULL)", "1"},
+                     {"when changed", "UPDATE t SET a = 0", "error 3316"}});
+  EXPECT_EQ(file.Message("INSERT INTO t VALUES (0, 1, 'x')"), "One to nine, please.");
+}
+
+TEST(Execute, RunsNothingThatOnlyReads) {
+  SqlFile file;
+  EXPECT_EQ(file.Run("SELECT 1"), "error 3219");
+}
+
+}  // namespace
+}  // namespace zent::jet::testing
