@@ -1,0 +1,86 @@
+#include "jet/transfer/KeySorter.h"
+
+#include <algorithm>
+
+#include "jet/format/JetErrors.h"
+#include "jet/store/IndexBuilder.h"
+
+namespace zent::jet {
+namespace {
+
+/// The first bytes of a key as a number that compares as they do.
+std::uint64_t HeadOf(std::string_view key) {
+  std::uint64_t head = 0;
+  for (std::size_t i = 0; i < sizeof head; ++i) {
+    const auto byte = i < key.size() ? static_cast<std::uint8_t>(key[i]) : std::uint8_t{0};
+    head = head << 8U | byte;
+  }
+  return head;
+}
+
+}  // namespace
+
+bool KeySorter::Before(const Entry& a, const Entry& b) const {
+  if (a.head != b.head) return a.head < b.head;
+  const int order = KeyOf(a).compare(KeyOf(b));
+  return order != 0 ? order < 0 : a.row < b.row;
+}
+
+Status KeySorter::Add(std::string_view key, RowPointer row) {
+  if (key.size() > kMaxIndexKey) return JetError(kRecordTooLarge);
+  entries_.push_back({.head = HeadOf(key),
+                      .at = keys_.size(),
+                      .length = static_cast<std::uint32_t>(key.size()),
+                      .row = row});
+  keys_ += key;
+  const std::size_t held = keys_.size() + entries_.size() * sizeof(Entry);
+  return held < limit_ ? Status() : Flush();
+}
+
+Status KeySorter::Finish() { return entries_.empty() && built_ ? Status() : Flush(); }
+
+Status KeySorter::Flush() {
+  const auto before = [this](const Entry& a, const Entry& b) { return Before(a, b); };
+  // Rows often come in the order of a key.
+  if (!std::is_sorted(entries_.begin(), entries_.end(), before)) {
+    std::sort(entries_.begin(), entries_.end(), before);
+  }
+  Status done = built_ ? Insert() : Build();
+  built_ = true;
+  entries_.clear();
+  keys_.clear();
+  return done;
+}
+
+Status KeySorter::CheckUnique(std::string_view key, bool known) const {
+  if (!known || !unique_ || key == null_key_) return {};
+  return JetError(kDuplicateKey);
+}
+
+Status KeySorter::Build() {
+  IndexBuilder builder(tree_);
+  const Entry* last = nullptr;
+  for (const Entry& entry : entries_) {
+    const std::string_view key = KeyOf(entry);
+    const bool known = last != nullptr && KeyOf(*last) == key;
+    if (Status allowed = CheckUnique(key, known); !allowed.ok()) return allowed;
+    if (Status added = builder.Add(key, entry.row); !added.ok()) return added;
+    if (!known) ++distinct_;
+    last = &entry;
+  }
+  return builder.Finish();
+}
+
+Status KeySorter::Insert() {
+  for (const Entry& entry : entries_) {
+    const std::string_view key = KeyOf(entry);
+    const Result<bool> known = tree_.HasKey(key);
+    if (!known.ok()) return known.error();
+    if (Status allowed = CheckUnique(key, known.value()); !allowed.ok()) return allowed;
+    if (Status added = tree_.Insert(key, entry.row); !added.ok()) return added;
+    if (!known.value()) ++distinct_;
+  }
+  return {};
+}
+
+}  // namespace zent::jet

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/Status.h"
+#include "jet/store/IndexTree.h"
+
+namespace zent::jet {
+
+/// Gathers the entries of an index in any order and builds its tree, which must be empty. Memory is
+/// bounded: entries beyond the bound are sorted in parts; the first part is built at once with full
+/// pages, the later ones are put in between, in order.
+class KeySorter {
+ public:
+  /// `tree` must outlive it. `unique`: two entries of one key are kDuplicateKey unless their key is
+  /// `null_key`, that of a row whose columns are all null.
+  KeySorter(IndexTree& tree, bool unique, std::string null_key, std::size_t bytes)
+      : tree_(tree), unique_(unique), null_key_(std::move(null_key)), limit_(bytes) {}
+
+  Status Add(std::string_view key, RowPointer row);
+  /// Completes the tree. Nothing may be added afterwards.
+  Status Finish();
+  /// Different keys, once finished.
+  std::uint32_t distinct_keys() const { return distinct_; }
+
+ private:
+  /// An entry, its key among the bytes of all; `head` is the first eight bytes of it.
+  struct Entry {
+    std::uint64_t head;
+    std::size_t at;
+    std::uint32_t length;
+    RowPointer row;
+  };
+
+  std::string_view KeyOf(const Entry& entry) const {
+    return std::string_view(keys_).substr(entry.at, entry.length);
+  }
+  bool Before(const Entry& a, const Entry& b) const;
+  Status Flush();
+  Status Build();
+  Status Insert();
+  Status CheckUnique(std::string_view key, bool known) const;
+
+  IndexTree& tree_;
+  bool unique_;
+  std::string null_key_;
+  std::size_t limit_;
+  std::string keys_;
+  std::vector<Entry> entries_;
+  bool built_ = false;
+  std::uint32_t distinct_ = 0;
+};
+
+}  // namespace zent::jet

@@ -1,0 +1,129 @@
+#include "jet/transfer/CopyFiles.h"
+
+#include <gtest/gtest.h>
+
+#include "jet/catalog/Transaction.h"
+#include "jet/format/ValueText.h"
+#include "jet/schema/NewDatabase.h"
+#include "jet/schema/Schema.h"
+#include "jet/transfer/DatabaseChecks.h"
+
+namespace zent::jet::testing {
+namespace {
+
+void Expect(const Status& status) {
+  EXPECT_TRUE(status.ok()) << (status.ok() ? "" : status.error().description);
+}
+
+Property TextProperty(std::string_view name, std::string_view text) {
+  return MakeProperty(name, ColumnType::Text, true, Value(Text(text))).value();
+}
+
+NewTable Things() {
+  NewTable table{.name = "Things"};
+  table.columns = {
+      {.name = "Id", .type = ColumnType::Long, .auto_number = true},
+      {.name = "Gone", .type = ColumnType::Text, .size = 100},
+      {.name = "Name", .type = ColumnType::Text, .size = 50, .required = true},
+      {.name = "Number", .type = ColumnType::Double},
+      {.name = "Price", .type = ColumnType::Currency},
+      {.name = "Done", .type = ColumnType::Bool},
+      {.name = "Day", .type = ColumnType::Date},
+      {.name = "Notes", .type = ColumnType::Memo},
+      {.name = "Picture", .type = ColumnType::Ole},
+      {.name = "Weight", .type = ColumnType::Numeric, .precision = 10, .scale = 2},
+      {.name = "Code", .type = ColumnType::Binary, .size = 20},
+      {.name = "Global", .type = ColumnType::Guid},
+  };
+  table.columns[2].properties = {TextProperty("Description", "what it is called")};
+  table.indexes = {
+      {.name = "PrimaryKey", .columns = {{.name = "Id"}}, .primary = true},
+      {.name = "ByName", .columns = {{.name = "Name", .descending = true}, {.name = "Number"}}},
+      {.name = "ByDay", .columns = {{.name = "Day"}}, .ignore_nulls = true},
+  };
+  table.properties = {TextProperty("Description", "Things of all kinds")};
+  return table;
+}
+
+/// Of each length that is stored in another way.
+std::string LongText(int i) {
+  constexpr std::size_t kLengths[] = {0, 5, 40, 900, 2030, 2100, 9000};
+  return std::string(kLengths[static_cast<std::size_t>(i) % std::size(kLengths)],
+                     static_cast<char>('a' + i % 26));
+}
+
+void FillThings(Table& table, int rows) {
+  const auto set = [&](std::vector<Value>& values, std::string_view column, Value value) {
+    values[table.PositionOf(column).value()] = std::move(value);
+  };
+  for (int i = 0; i < rows; ++i) {
+    std::vector<Value> values(table.definition().columns.size());
+    set(values, "Name", "Thing " + std::to_string(i % 17));
+    set(values, "Number", i * 1.5);
+    set(values, "Done", i % 2 == 0);
+    set(values, "Weight", ParseDecimal(std::to_string(i) + ".25").value());
+    set(values, "Global", Guid{{static_cast<std::uint8_t>(i), 1, 2}});
+    if (i % 3 != 0) {
+      set(values, "Price", Currency{std::int64_t{i} * 12345});
+      set(values, "Day", Date{38000.25 + i % 5});
+      set(values, "Notes", LongText(i));
+      set(values, "Picture", Binary{LongText(i + 1)});
+      set(values, "Code", Binary{std::string("\0\xFF", 2)});
+    }
+    Expect(table.Insert(values).status());
+  }
+}
+
+void FillParts(Table& table) {
+  for (std::int32_t i = 1; i <= 10; ++i) {
+    std::vector<Value> values(table.definition().columns.size());
+    values[table.PositionOf("Thing").value()] = i % 4 + 1;
+    Expect(table.Insert(values).status());
+  }
+}
+
+void Fill(Catalog& catalog, int rows) {
+  Schema schema(catalog);
+  Expect(schema.CreateTable(Things()));
+  NewTable parts{.name = "Parts"};
+  parts.columns = {{.name = "No", .type = ColumnType::Long, .auto_number = true},
+                   {.name = "Thing", .type = ColumnType::Long}};
+  parts.flags = kHiddenObject;
+  Expect(schema.CreateTable(parts));
+  FillThings(*catalog.OpenTable("Things").value(), rows);
+  Expect(schema.DropColumn("Things", "Gone"));
+  Relationship relationship{.name = "ThingsParts",
+                            .table = "Parts",
+                            .referenced_table = "Things",
+                            .columns = {{"Thing", "Id"}}};
+  relationship.flags = kCascadesDeletes;
+  if (rows >= 4) Expect(schema.CreateRelationship(relationship));
+  if (rows >= 4) FillParts(*catalog.OpenTable("Parts").value());
+  if (rows == 0) return;
+  // The last number is not used again.
+  Table& things = *catalog.OpenTable("Things").value();
+  std::optional<RowPointer> last;
+  RowScan scan(things.store().rows());
+  while (scan.Next().value_or(false)) last = scan.at();
+  Expect(things.Delete(*last));
+}
+
+}  // namespace
+
+void MakeEmpty(Storage& storage, std::string_view path) {
+  Expect(CreateDatabase(storage, path, NewDatabase()));
+}
+
+void MakeSource(Storage& storage, std::string_view path, int rows, std::string_view password) {
+  NewDatabase made;
+  made.password = password;
+  Expect(CreateDatabase(storage, path, made));
+  const OpenedDatabase opened = OpenCatalog(storage, path);
+  ASSERT_TRUE(opened.catalog);
+  Result<Transaction> transaction = Transaction::Begin(*opened.catalog);
+  ASSERT_TRUE(transaction.ok());
+  Fill(*opened.catalog, rows);
+  Expect(transaction.value().Commit());
+}
+
+}  // namespace zent::jet::testing

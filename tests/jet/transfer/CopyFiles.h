@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "jet/fakes/MemoryStorage.h"
+
+namespace zent::jet::testing {
+
+/// Makes a database with all that a copy has to keep: a table "Things" with an AutoNumber that is
+/// ahead of its rows, a dropped column, long values of all lengths, a column of each type, and
+/// indexes; a table "Parts" that refers to it; properties.
+void MakeSource(Storage& storage, std::string_view path, int rows = 50,
+                std::string_view password = {});
+
+/// An empty database.
+void MakeEmpty(Storage& storage, std::string_view path);
+
+}  // namespace zent::jet::testing
