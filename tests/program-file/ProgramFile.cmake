@@ -1,5 +1,5 @@
 # One check of the program's file for Windows: CHECK is size, header, imports or resources. PROGRAM is
-# the file, or IMPORTS a text that holds its imports as objdump prints them.
+# the file, WINDOWED whether it is one with windows, or IMPORTS a text that holds its imports as objdump prints them.
 cmake_minimum_required(VERSION 3.25)
 
 function(expect_line text pattern)
@@ -32,7 +32,11 @@ elseif(CHECK STREQUAL "header")
     expect_line("${headers}" "Major${field}Version\t5\n")
     expect_line("${headers}" "Minor${field}Version\t${minor}\n")
   endforeach()
-  expect_line("${headers}" "Subsystem\t+0+2\t\\(Windows GUI\\)")
+  if(WINDOWED)
+    expect_line("${headers}" "Subsystem\t+0+2\t\\(Windows GUI\\)")
+  else()
+    expect_line("${headers}" "Subsystem\t+0+3\t\\(Windows CUI\\)")
+  endif()
   expect_line("${headers}" "DYNAMIC_BASE")
   expect_line("${headers}" "NX_COMPAT")
   # Without these the system cannot place the program anywhere.
@@ -79,7 +83,8 @@ elseif(CHECK STREQUAL "imports")
 elseif(CHECK STREQUAL "resources")
   # As the file holds them: texts of the version in UTF-16, the manifest as it was written.
   file(READ "${PROGRAM}" bytes HEX)
-  foreach(text IN ITEMS "FileVersion" "${VERSION}" "OriginalFilename" "ZentUpdate.exe")
+  get_filename_component(name "${PROGRAM}" NAME)
+  foreach(text IN ITEMS "FileVersion" "${VERSION}" "OriginalFilename" "${name}")
     string(HEX "${text}" hex)
     string(REGEX REPLACE "(..)" "\\100" wide "${hex}")
     string(FIND "${bytes}" "${wide}" at)
@@ -87,8 +92,11 @@ elseif(CHECK STREQUAL "resources")
       message(SEND_ERROR "${PROGRAM}: no '${text}' in its version")
     endif()
   endforeach()
-  foreach(text IN ITEMS "asInvoker" "Microsoft.Windows.Common-Controls" "PerMonitorV2"
-                        "{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}")
+  set(texts "asInvoker" "{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}")
+  if(WINDOWED)
+    list(APPEND texts "Microsoft.Windows.Common-Controls" "PerMonitorV2")
+  endif()
+  foreach(text IN LISTS texts)
     string(HEX "${text}" hex)
     string(FIND "${bytes}" "${hex}" at)
     if(at EQUAL -1)
