@@ -4,6 +4,7 @@
 
 #include "platform/win32/AnsiText.h"
 #include "ui/win32/Dialog.h"
+#include "ui/win32/DialogUnits.h"
 #include "ui/win32/PasswordTimer.h"
 #include "ui/win32/WindowText.h"
 
@@ -14,13 +15,9 @@ constexpr int kPrompt = 200;
 constexpr int kEdit = 201;
 
 // Dialog units.
-constexpr int kMargin = 7;
-constexpr int kGap = 4;
 constexpr int kWidth = 180;
 constexpr int kWidest = 320;
 constexpr int kEditHeight = 14;
-constexpr int kButtonWidth = 50;
-constexpr int kButtonHeight = 14;
 
 class InputBox : public Dialog {
  public:

@@ -3,6 +3,7 @@
 #include <span>
 
 #include "ui/win32/Dialog.h"
+#include "ui/win32/DialogUnits.h"
 
 namespace zent {
 namespace {
@@ -12,12 +13,8 @@ constexpr int kIcon = 20;
 constexpr int kText = 65535;
 
 // Dialog units.
-constexpr int kMargin = 7;
-constexpr int kGap = 4;
 constexpr int kTextWidth = 280;
 constexpr int kTextHeight = 150;
-constexpr int kButtonWidth = 50;
-constexpr int kButtonHeight = 14;
 
 struct BoxButton {
   int id;

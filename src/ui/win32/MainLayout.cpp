@@ -2,17 +2,15 @@
 
 #include <algorithm>
 
+#include "ui/win32/DialogUnits.h"
+
 namespace zent {
 namespace {
 
 // Dialog units, as the system's own windows have them.
-constexpr int kMargin = 7;
-constexpr int kGap = 4;
 constexpr int kLine = 8;
 constexpr int kBarHeight = 10;
 constexpr int kSmallestBar = 60;
-constexpr int kButtonWidth = 50;
-constexpr int kButtonHeight = 14;
 constexpr int kButtonPadding = 12;
 
 RECT Box(int left, int top, int width, int height) {
