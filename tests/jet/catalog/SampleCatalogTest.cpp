@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -9,6 +8,7 @@
 #include "jet/catalog/Catalog.h"
 #include "jet/fakes/MemoryStorage.h"
 #include "jet/fakes/TestDatabase.h"
+#include "jet/samples/SamplePaths.h"
 
 /// Real files, and beside their folder what an independent reader found in them.
 namespace zent::jet::testing {
@@ -35,19 +35,9 @@ std::unique_ptr<Sample> OpenSample(const std::filesystem::path& path) {
   Result<std::unique_ptr<Catalog>> catalog = Catalog::Open(*sample->pager);
   EXPECT_TRUE(catalog.ok()) << catalog.error().description;
   sample->catalog = std::move(catalog.value());
-  const std::filesystem::path folder = std::filesystem::path(ZENT_SAMPLES).parent_path();
-  std::ifstream expected(folder / "expected" / (path.stem().string() + ".json"));
+  std::ifstream expected(ExpectedDumpOf(path));
   sample->expected = json::parse(expected);
   return sample;
-}
-
-std::vector<std::filesystem::path> SamplePaths() {
-  std::vector<std::filesystem::path> paths;
-  for (const auto& file : std::filesystem::recursive_directory_iterator(ZENT_SAMPLES)) {
-    if (file.path().extension() == ".mdb") paths.push_back(file.path());
-  }
-  std::sort(paths.begin(), paths.end());
-  return paths;
 }
 
 template <typename Compare>

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -20,23 +19,14 @@ namespace {
 
 constexpr std::int16_t kLocalTable = 1;
 
-std::vector<std::uint8_t> ReadAll(const std::string& path) {
+std::vector<std::uint8_t> ReadAll(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
 }  // namespace
 
-std::vector<std::string> SamplePaths() {
-  std::vector<std::string> paths;
-  for (const auto& file : std::filesystem::recursive_directory_iterator(ZENT_SAMPLES)) {
-    if (file.path().extension() == ".mdb") paths.push_back(file.path().generic_string());
-  }
-  std::sort(paths.begin(), paths.end());
-  return paths;
-}
-
-SampleFile::SampleFile(const std::string& path) {
+SampleFile::SampleFile(const std::filesystem::path& path) {
   const std::vector<std::uint8_t> bytes = ReadAll(path);
   const Result<FileHeader> header = ParseFileHeader(bytes);
   EXPECT_TRUE(header.ok());

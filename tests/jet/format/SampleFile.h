@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
@@ -14,12 +15,9 @@
 /// its rows and trees. What is wrong with a file becomes a failed expectation.
 namespace zent::jet {
 
-/// The .mdb files below the folder that the build was given.
-std::vector<std::string> SamplePaths();
-
 class SampleFile {
  public:
-  explicit SampleFile(const std::string& path);
+  explicit SampleFile(const std::filesystem::path& path);
 
   JetVersion version() const { return header_.version; }
   const FileHeader& header() const { return header_; }

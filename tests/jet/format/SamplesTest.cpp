@@ -11,6 +11,7 @@
 #include "jet/format/JetErrors.h"
 #include "jet/format/PropertyBlob.h"
 #include "jet/format/ValueCodec.h"
+#include "jet/samples/SamplePaths.h"
 
 // What the functions over pages promise, on every table of every real file that the build was
 // given.
@@ -21,7 +22,7 @@ namespace {
 // The first eight bytes are those of the page: the next test has them.
 constexpr std::size_t kHeadText = std::string_view("00 ").size() * 8;
 
-class Samples : public testing::TestWithParam<std::string> {
+class Samples : public ::testing::TestWithParam<std::filesystem::path> {
  protected:
   Samples() : file_(GetParam()) {}
   void ForEachTable(const std::function<void(PageNumber, const TableDefinition&)>& visit) {
@@ -176,14 +177,8 @@ TEST_P(Samples, IndexPagesAreBuiltAsTheyWereRead) {
   });
 }
 
-std::string NameOfSample(const testing::TestParamInfo<std::string>& info) {
-  const std::size_t begin = info.param.find_last_of('/') + 1;
-  std::string name = info.param.substr(begin, info.param.rfind('.') - begin);
-  std::replace(name.begin(), name.end(), '-', '_');
-  return name;
-}
-
-INSTANTIATE_TEST_SUITE_P(, Samples, testing::ValuesIn(SamplePaths()), NameOfSample);
+INSTANTIATE_TEST_SUITE_P(, Samples, ::testing::ValuesIn(testing::SamplePaths()),
+                         [](const auto& file) { return testing::TestNameOf(file.param); });
 
 }  // namespace
 }  // namespace zent::jet

@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 
 #include "jet/robust/Damage.h"
+#include "jet/samples/SamplePaths.h"
 #include "support/TempFolder.h"
 
 /// Damaged copies of real files, one test a file.
@@ -11,15 +11,6 @@ namespace zent::jet::testing {
 namespace {
 
 constexpr std::size_t kMostCuts = 40;
-
-std::vector<std::filesystem::path> SamplePaths() {
-  std::vector<std::filesystem::path> paths;
-  for (const auto& file : std::filesystem::recursive_directory_iterator(ZENT_SAMPLES)) {
-    if (file.path().extension() == ".mdb") paths.push_back(file.path());
-  }
-  std::sort(paths.begin(), paths.end());
-  return paths;
-}
 
 class SampleRobust : public ::testing::TestWithParam<std::filesystem::path> {};
 
@@ -34,13 +25,7 @@ TEST_P(SampleRobust, IsReadToItsEndWhateverIsDamaged) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, SampleRobust, ::testing::ValuesIn(SamplePaths()),
-                         [](const auto& file) {
-                           std::string name = file.param.stem().string();
-                           std::erase_if(name, [](char c) {
-                             return std::isalnum(static_cast<unsigned char>(c)) == 0;
-                           });
-                           return name;
-                         });
+                         [](const auto& file) { return TestNameOf(file.param); });
 
 }  // namespace
 }  // namespace zent::jet::testing

@@ -8,21 +8,13 @@
 #include "jet/fakes/MemoryStorage.h"
 #include "jet/fakes/StoreChecks.h"
 #include "jet/fakes/TestDatabase.h"
+#include "jet/samples/SamplePaths.h"
 #include "jet/store/TableStore.h"
 
 /// Real files, read as the engine reads them: every row of every table, and every index against
 /// the rows.
 namespace zent::jet::testing {
 namespace {
-
-std::vector<std::string> SamplePaths() {
-  std::vector<std::string> paths;
-  for (const auto& file : std::filesystem::recursive_directory_iterator(ZENT_SAMPLES)) {
-    if (file.path().extension() == ".mdb") paths.push_back(file.path().generic_string());
-  }
-  std::sort(paths.begin(), paths.end());
-  return paths;
-}
 
 /// What was read, so that a test that reads nothing shows.
 struct Counts {
@@ -94,7 +86,7 @@ std::vector<PageNumber> TablesOf(TableStore& catalog) {
   return tables;
 }
 
-void ReadFile(const std::string& path, Counts& counts) {
+void ReadFile(const std::filesystem::path& path, Counts& counts) {
   std::ifstream file(path, std::ios::binary);
   MemoryStorage storage;
   storage.Put(kPath, std::string(std::istreambuf_iterator<char>(file), {}));
@@ -116,7 +108,7 @@ void ReadFile(const std::string& path, Counts& counts) {
 
 TEST(SampleStore, ReadsEveryRowAndFindsItInEveryIndex) {
   Counts counts;
-  for (const std::string& path : SamplePaths()) {
+  for (const std::filesystem::path& path : SamplePaths()) {
     SCOPED_TRACE(path);
     ReadFile(path, counts);
   }

@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "jet/fakes/MemoryStorage.h"
 #include "jet/fakes/TestDatabase.h"
+#include "jet/samples/SamplePaths.h"
 #include "jet/tools/Dump.h"
 #include "support/TempFolder.h"
 
@@ -59,18 +59,14 @@ std::string DumpOf(const std::filesystem::path& path) {
 }
 
 TEST(SampleDump, EqualsWhatAnotherReaderFound) {
-  const std::filesystem::path expected_folder =
-      std::filesystem::path(ZENT_SAMPLES).parent_path() / "expected";
   std::size_t files = 0;
-  for (const auto& file : std::filesystem::recursive_directory_iterator(ZENT_SAMPLES)) {
-    if (file.path().extension() != ".mdb") continue;
-    SCOPED_TRACE(file.path().filename().string());
-    const std::filesystem::path expected =
-        expected_folder / file.path().filename().replace_extension(".json");
+  for (const std::filesystem::path& path : SamplePaths()) {
+    SCOPED_TRACE(path.filename().string());
+    const std::filesystem::path expected = ExpectedDumpOf(path);
     ASSERT_TRUE(std::filesystem::exists(expected));
     std::vector<std::string> differences;
-    Compare(Json::parse(DumpOf(file.path())), Json::parse(zent::testing::ReadHostFile(expected)),
-            "", differences);
+    Compare(Json::parse(DumpOf(path)), Json::parse(zent::testing::ReadHostFile(expected)), "",
+            differences);
     EXPECT_EQ(differences, std::vector<std::string>());
     ++files;
   }

@@ -1,11 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 
 #include "jet/fakes/MemoryStorage.h"
 #include "jet/fakes/TestDatabase.h"
+#include "jet/samples/SamplePaths.h"
 #include "jet/tools/Verify.h"
 #include "support/TempFolder.h"
 
@@ -13,15 +13,6 @@ namespace zent::jet::testing {
 namespace {
 
 using ::testing::IsEmpty;
-
-std::vector<std::filesystem::path> SamplePaths() {
-  std::vector<std::filesystem::path> paths;
-  for (const auto& file : std::filesystem::recursive_directory_iterator(ZENT_SAMPLES)) {
-    if (file.path().extension() == ".mdb") paths.push_back(file.path());
-  }
-  std::sort(paths.begin(), paths.end());
-  return paths;
-}
 
 TEST(SampleVerify, FindsNoFaultInRealFiles) {
   VerifySummary all;

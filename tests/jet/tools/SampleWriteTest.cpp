@@ -1,12 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 
 #include "jet/catalog/Transaction.h"
 #include "jet/fakes/MemoryStorage.h"
 #include "jet/fakes/TestDatabase.h"
+#include "jet/samples/SamplePaths.h"
 #include "jet/schema/Schema.h"
 #include "jet/tools/Verify.h"
 #include "support/TempFolder.h"
@@ -113,11 +113,10 @@ std::vector<std::string> FaultsOf(MemoryStorage& storage) {
 
 TEST(SampleWrite, LeavesRealFilesInOrder) {
   Changes changes;
-  for (const auto& file : std::filesystem::recursive_directory_iterator(ZENT_SAMPLES)) {
-    if (file.path().extension() != ".mdb") continue;
-    const std::string bytes = zent::testing::ReadHostFile(file.path());
+  for (const std::filesystem::path& path : SamplePaths()) {
+    const std::string bytes = zent::testing::ReadHostFile(path);
     if (ReadVersion(AsBytes(bytes)).value() != JetVersion::Jet4) continue;
-    SCOPED_TRACE(file.path().filename().string());
+    SCOPED_TRACE(path.filename().string());
     MemoryStorage storage;
     storage.Put(kPath, bytes);
     ChangeFile(storage, changes);

@@ -1,26 +1,17 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 
 #include "jet/format/JetErrors.h"
+#include "jet/samples/SamplePaths.h"
 #include "jet/transfer/Compaction.h"
 #include "jet/transfer/DatabaseChecks.h"
 
 /// Real files, compacted: everything in them is in the new file.
 namespace zent::jet::testing {
 namespace {
-
-std::vector<std::filesystem::path> SampleFiles() {
-  std::vector<std::filesystem::path> paths;
-  for (const auto& file : std::filesystem::recursive_directory_iterator(ZENT_SAMPLES)) {
-    if (file.path().extension() == ".mdb") paths.push_back(file.path());
-  }
-  std::sort(paths.begin(), paths.end());
-  return paths;
-}
 
 std::string Read(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
@@ -29,7 +20,7 @@ std::string Read(const std::filesystem::path& path) {
 
 TEST(CompactDatabase, KeepsEverythingThatRealFilesHold) {
   std::size_t compacted = 0;
-  for (const std::filesystem::path& path : SampleFiles()) {
+  for (const std::filesystem::path& path : SamplePaths()) {
     SCOPED_TRACE(path.string());
     const std::string bytes = Read(path);
     MemoryStorage storage;
