@@ -14,6 +14,8 @@
 namespace zent::jet {
 namespace {
 
+Schema SchemaOf(SqlSession& session) { return Schema(session.catalog, session.context.now); }
+
 /// The columns of the primary key of a table: what a foreign key refers to without saying.
 Result<std::vector<std::string>> PrimaryColumns(Catalog& catalog, const std::string& name) {
   const Result<Table*> table = catalog.OpenTable(name);
@@ -47,7 +49,7 @@ Status CreateForeignKey(SqlSession& session, const std::string& table,
   }
   if (key.cascades_updates) relationship.flags |= kCascadesUpdates;
   if (key.cascades_deletes) relationship.flags |= kCascadesDeletes;
-  return Schema(session.catalog).CreateRelationship(relationship);
+  return SchemaOf(session).CreateRelationship(relationship);
 }
 
 /// Copies a column's values into another, converted.
@@ -69,7 +71,7 @@ Status RunDefinition(SqlSession& session, const CreateTableStatement& create) {
   for (const IndexSpecification& constraint : create.constraints) {
     table.indexes.push_back(MakeIndex(constraint));
   }
-  Status done = Schema(session.catalog).CreateTable(table);
+  Status done = SchemaOf(session).CreateTable(table);
   for (const ForeignKeySpecification& key : create.foreign_keys) {
     if (done.ok()) done = CreateForeignKey(session, create.table, key);
   }
@@ -77,11 +79,11 @@ Status RunDefinition(SqlSession& session, const CreateTableStatement& create) {
 }
 
 Status RunDefinition(SqlSession& session, const CreateIndexStatement& create) {
-  return Schema(session.catalog).CreateIndex(create.table, MakeIndex(create.index));
+  return SchemaOf(session).CreateIndex(create.table, MakeIndex(create.index));
 }
 
 Status RunDefinition(SqlSession& session, const AddColumnStatement& add) {
-  Schema schema(session.catalog);
+  Schema schema = SchemaOf(session);
   Status done = schema.AddColumn(add.table, MakeColumn(add.column));
   if (done.ok() && add.constraint) done = schema.CreateIndex(add.table, MakeIndex(*add.constraint));
   if (done.ok() && add.foreign_key) done = CreateForeignKey(session, add.table, *add.foreign_key);
@@ -90,11 +92,11 @@ Status RunDefinition(SqlSession& session, const AddColumnStatement& add) {
 
 Status RunDefinition(SqlSession& session, const AddConstraintStatement& add) {
   if (add.foreign_key) return CreateForeignKey(session, add.table, *add.foreign_key);
-  return Schema(session.catalog).CreateIndex(add.table, MakeIndex(*add.index));
+  return SchemaOf(session).CreateIndex(add.table, MakeIndex(*add.index));
 }
 
 Status RunDefinition(SqlSession& session, const AlterColumnStatement& alter) {
-  Schema schema(session.catalog);
+  Schema schema = SchemaOf(session);
   const Result<Table*> table = session.catalog.OpenTable(alter.table);
   if (!table.ok()) return table.error();
   const Result<std::size_t> position = table.value()->PositionOf(alter.column.name);
@@ -109,7 +111,7 @@ Status RunDefinition(SqlSession& session, const AlterColumnStatement& alter) {
 }
 
 Status RunDefinition(SqlSession& session, const DropColumnStatement& drop) {
-  return Schema(session.catalog).DropColumn(drop.table, drop.column);
+  return SchemaOf(session).DropColumn(drop.table, drop.column);
 }
 
 Status RunDefinition(SqlSession& session, const DropConstraintStatement& drop) {
@@ -119,17 +121,17 @@ Status RunDefinition(SqlSession& session, const DropConstraintStatement& drop) {
                                   [&](const Relationship& relationship) {
                                     return SameKey(relationship.name, drop.constraint);
                                   });
-  Schema schema(session.catalog);
+  Schema schema = SchemaOf(session);
   return is_key ? schema.DropRelationship(drop.constraint)
                 : schema.DropIndex(drop.table, drop.constraint);
 }
 
 Status RunDefinition(SqlSession& session, const DropTableStatement& drop) {
-  return Schema(session.catalog).DropTable(drop.table);
+  return SchemaOf(session).DropTable(drop.table);
 }
 
 Status RunDefinition(SqlSession& session, const DropIndexStatement& drop) {
-  return Schema(session.catalog).DropIndex(drop.table, drop.index);
+  return SchemaOf(session).DropIndex(drop.table, drop.index);
 }
 
 }  // namespace zent::jet

@@ -36,7 +36,7 @@ Result<std::int64_t> RunSelectInto(SqlSession& session, const SelectStatement& s
   if (!table.ok()) return table.error();
   const Result<Catalog*> catalog = CatalogOf(session, select.into_database);
   if (!catalog.ok()) return catalog.error();
-  const Status created = Schema(*catalog.value()).CreateTable(table.value());
+  const Status created = Schema(*catalog.value(), session.context.now).CreateTable(table.value());
   if (!created.ok()) return created.error();
   for (const NewColumn& column : table.value().columns) insert.columns.push_back(column.name);
   return RunInsert(session, insert);
