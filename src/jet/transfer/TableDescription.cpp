@@ -7,9 +7,10 @@
 namespace zent::jet {
 namespace {
 
-/// A property as a file of Jet 4 has it.
+/// A property as a file of Jet 4 has it. All but texts have the same bytes in both versions, also
+/// those whose bytes do not fit their type.
 Result<Property> Converted(JetVersion version, const Property& property) {
-  if (version == JetVersion::Jet4) return property;
+  if (version == JetVersion::Jet4 || !IsText(property.type)) return property;
   const Value value = PropertyValue(version, property);
   if (IsNull(value)) return JetError(kDataTypeConversion);
   return MakeProperty(property.name, property.type, property.IsDdl(), value);
