@@ -39,6 +39,11 @@ class DaoFile {
   static std::string NamesOf(Recordset& rows);
 };
 
+/// What an error says; empty without one.
+inline std::string Told(const Status& status) {
+  return status.ok() ? "" : status.error().description;
+}
+
 /// The text of a field; what is wrong where there is none.
 std::string TextIn(Recordset& rows, const ItemKey& field);
 
