@@ -37,6 +37,20 @@ Result<std::size_t> LongestFixedArea(UsageMaps& maps, PageNumber page) {
   return end;
 }
 
+Status GiveVariablePart(Catalog& catalog, PageNumber page, std::string_view column) {
+  const Result<std::unique_ptr<TableStore>> table = TableStore::Open(catalog.maps(), page);
+  if (!table.ok()) return table.error();
+  const Result<std::size_t> position = ColumnPosition(table.value()->definition(), column);
+  if (!position.ok()) return position.error();
+  const std::array change = {ColumnChange{.position = position.value(), .value = Null()}};
+  RowScan scan(table.value()->rows());
+  Result<bool> more = scan.Next();
+  for (; more.value_or(false); more = scan.Next()) {
+    if (Status s = table.value()->Update(scan.at(), change); !s.ok()) return s;
+  }
+  return more.status();
+}
+
 Status NumberRows(Catalog& catalog, PageNumber page, std::string_view column) {
   UsageMaps& maps = catalog.maps();
   const Result<std::unique_ptr<TableStore>> table = TableStore::Open(maps, page);

@@ -85,6 +85,7 @@ Status Schema::AddColumn(std::string_view table, const NewColumn& column) {
   const Result<std::size_t> fixed_end = FixedEnd(catalog_, edited, planned.value());
   if (!fixed_end.ok()) return fixed_end.error();
   planned.value().ordinal = NextOrdinal(definition);
+  const bool first_variable = definition.variable_slots == 0 && !planned.value().IsFixed();
   PlaceColumn(std::move(planned.value()), fixed_end.value(), definition);
   if (Status checked = CheckColumns(definition); !checked.ok()) return checked;
   edited.properties.DropColumn(column.name);  // left over from a column of that name
@@ -103,6 +104,7 @@ Status Schema::AddColumn(std::string_view table, const NewColumn& column) {
   if (Status s = objects.value().SetProperties(edited.object, edited.properties, now_); !s.ok()) {
     return s;
   }
+  if (first_variable) return GiveVariablePart(catalog_, edited.page(), column.name);
   return column.auto_number ? NumberRows(catalog_, edited.page(), column.name) : Status();
 }
 

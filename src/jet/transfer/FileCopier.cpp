@@ -87,7 +87,10 @@ Status FileCopier::CopyRows(TableStore& from, const DenseDefinition& dense, Page
     const Result<bool> more = scan.Next();
     if (!more.ok()) return more.status();
     if (!more.value()) return loader.value()->Finish(true);
-    if (dense.same_layout) {
+    // A row that is older than some columns is made anew, with all of them.
+    const bool whole =
+        scan.bytes().size() > 2 && LoadU16(scan.bytes(), 0) == dense.table.max_columns;
+    if (dense.same_layout && whole) {
       if (Status added = loader.value()->AddStored(scan.bytes()); !added.ok()) return added;
       continue;
     }
