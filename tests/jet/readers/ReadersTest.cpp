@@ -1,16 +1,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <memory>
-#include <nlohmann/json.hpp>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "jet/catalog/Catalog.h"
 #include "jet/host/posix/PosixStorage.h"
+#include "jet/readers/Readers.h"
 #include "jet/schema/NewDatabase.h"
 #include "jet/schema/Schema.h"
 #include "jet/storage/Pager.h"
@@ -19,23 +17,11 @@
 namespace zent::jet::testing {
 namespace {
 
-using Row = std::vector<std::optional<std::string>>;
-constexpr const char* kNullMark = "<null>";
+using Row = ReaderRow;
 constexpr int kRows = 700;
 
 void Expect(const Status& status) {
   EXPECT_TRUE(status.ok()) << (status.ok() ? "" : status.error().description);
-}
-
-std::string OutputOf(const std::string& command) {
-  std::string output;
-  const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
-  if (pipe == nullptr) return output;
-  char buffer[4096];
-  while (const std::size_t count = fread(buffer, 1, sizeof buffer, pipe.get())) {
-    output.append(buffer, count);
-  }
-  return output;
 }
 
 /// Columns whose texts both programs write in one way.
@@ -125,77 +111,17 @@ std::vector<Row> ExpectedRows() {
   return rows;
 }
 
-std::vector<std::string> SplitAt(const std::string& text, char separator) {
-  std::vector<std::string> parts;
-  std::size_t begin = 0;
-  for (std::size_t end = 0; (end = text.find(separator, begin)) != std::string::npos;
-       begin = end + 1) {
-    parts.push_back(text.substr(begin, end - begin));
-  }
-  parts.push_back(text.substr(begin));
-  return parts;
-}
-
-std::vector<Row> RowsOfMdbTools(const std::string& path) {
-  const std::string output =
-      OutputOf(std::string(ZENT_MDB_EXPORT) + " -H -Q -d '\t' -0 '" + kNullMark +
-               "' -T '%Y-%m-%d %H:%M:%S' '" + path + "' 'Order Things'");
-  std::vector<Row> rows;
-  for (const std::string& line : SplitAt(output, '\n')) {
-    if (line.empty()) continue;
-    Row& row = rows.emplace_back();
-    for (std::string& field : SplitAt(line, '\t')) {
-      if (field == kNullMark) {
-        row.emplace_back();
-      } else {
-        row.emplace_back(std::move(field));
-      }
-    }
-  }
-  return rows;
-}
-
-std::vector<Row> RowsOfMdbReader(const std::string& path) {
-  const std::string output =
-      OutputOf("cd '" ZENT_READER_FOLDER "' && '" ZENT_NODE "' '" ZENT_READER_SCRIPT "' '" + path +
-               "' 'Order Things'");
-  std::vector<Row> rows;
-  for (const std::string& line : SplitAt(output, '\n')) {
-    if (line.empty()) continue;
-    Row& row = rows.emplace_back();
-    for (const nlohmann::json& field : nlohmann::json::parse(line)) {
-      if (field.is_null()) {
-        row.emplace_back();
-      } else {
-        row.emplace_back(field.get<std::string>());
-      }
-    }
-  }
-  return rows;
-}
-
-void ExpectRows(const std::vector<Row>& found, const std::vector<Row>& expected) {
-  ASSERT_EQ(found.size(), expected.size());
-  for (std::size_t i = 0; i < found.size(); ++i) {
-    SCOPED_TRACE(i);
-    ASSERT_EQ(found[i].size(), expected[i].size());
-    for (std::size_t k = 0; k < found[i].size(); ++k) {
-      ASSERT_EQ(found[i][k].value_or(kNullMark), expected[i][k].value_or(kNullMark)) << k;
-    }
-  }
-}
-
 TEST(IndependentReaders, SeeTheRowsThatTheEngineWrote) {
   const std::string path = (std::filesystem::path(ZENT_READER_FOLDER) / "written.mdb").string();
   std::filesystem::remove(path);
   MakeFile(path);
   {
     SCOPED_TRACE("mdbtools");
-    ExpectRows(RowsOfMdbTools(path), ExpectedRows());
+    ExpectRows(RowsOfMdbTools(path, "Order Things"), ExpectedRows());
   }
   {
     SCOPED_TRACE("mdb-reader");
-    ExpectRows(RowsOfMdbReader(path), ExpectedRows());
+    ExpectRows(RowsOfMdbReader(path, "Order Things"), ExpectedRows());
   }
 }
 
