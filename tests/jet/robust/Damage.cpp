@@ -7,6 +7,12 @@
 #include "jet/tools/ToolsFile.h"
 
 namespace zent::jet::testing {
+namespace {
+
+// Where all is slow, each trial of so many is made; what is read is the same code.
+constexpr std::size_t kOneOf = ZENT_DAMAGE_ONE_OF;
+
+}  // namespace
 
 void TryFile(std::string_view bytes) {
   const Verified verified = VerifyBytes(bytes);
@@ -16,7 +22,7 @@ void TryFile(std::string_view bytes) {
 }
 
 void TryCutFiles(const std::string& bytes, std::size_t page_size, std::size_t step) {
-  for (std::size_t at = 0; at < bytes.size(); at += page_size * step) {
+  for (std::size_t at = 0; at < bytes.size(); at += page_size * step * kOneOf) {
     SCOPED_TRACE(at);
     if (at > 0) TryFile(std::string_view(bytes).substr(0, at - 1));
     TryFile(std::string_view(bytes).substr(0, at));
@@ -27,7 +33,7 @@ void TryCutFiles(const std::string& bytes, std::size_t page_size, std::size_t st
 
 void TryChangedBytes(const std::string& bytes, unsigned seed, int runs, int changes) {
   std::mt19937 random(seed);
-  for (int run = 0; run < runs; ++run) {
+  for (int run = 0; run < runs; run += int{ZENT_DAMAGE_ONE_OF}) {
     SCOPED_TRACE(run);
     std::string changed = bytes;
     for (int i = 0; i < changes; ++i) {
@@ -39,7 +45,7 @@ void TryChangedBytes(const std::string& bytes, unsigned seed, int runs, int chan
 
 void TryHeadsOfPages(const std::string& bytes, std::size_t page_size, std::size_t count,
                      unsigned value) {
-  for (std::size_t page = 0; page < bytes.size(); page += page_size) {
+  for (std::size_t page = 0; page < bytes.size(); page += page_size * kOneOf) {
     for (std::size_t i = 0; i < count; ++i) {
       SCOPED_TRACE(page + i);
       std::string changed = bytes;
