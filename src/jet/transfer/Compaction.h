@@ -12,9 +12,10 @@ namespace zent::jet {
 struct Compaction {
   std::string source = {};
   std::string target = {};
-  std::string password = {};                         ///< of the source
-  std::optional<std::string> new_password = {};      ///< nothing: that of the source; empty: none
-  std::size_t cache_bytes = std::size_t{64} << 20U;  ///< of each of the two files
+  std::string password = {};                     ///< of the source
+  std::optional<std::string> new_password = {};  ///< nothing: that of the source; empty: none
+  /// Of each of the two files; keys that are sorted may take as much again.
+  std::size_t cache_bytes = std::size_t{64} << 20U;
 };
 
 /// Writes everything that a database holds into a new file, densely: all tables with their rows in

@@ -28,7 +28,7 @@ bool KeySorter::Before(const Entry& a, const Entry& b) const {
 
 Status KeySorter::Add(std::string_view key, RowPointer row) {
   if (key.size() > kMaxIndexKey) return JetError(kRecordTooLarge);
-  entries_.push_back({.head = HeadOf(key),
+  entries_.push_back({.head = 0,
                       .at = keys_.size(),
                       .length = static_cast<std::uint32_t>(key.size()),
                       .row = row});
@@ -39,7 +39,22 @@ Status KeySorter::Add(std::string_view key, RowPointer row) {
 
 Status KeySorter::Finish() { return entries_.empty() && built_ ? Status() : Flush(); }
 
+// Keys often begin alike: then only what follows tells them apart at a glance.
+void KeySorter::SetHeads() {
+  if (entries_.empty()) return;
+  std::string_view common = KeyOf(entries_.front());
+  for (const Entry& entry : entries_) {
+    const std::string_view key = KeyOf(entry);
+    const std::size_t least = std::min(common.size(), key.size());
+    if (key.compare(0, least, common, 0, least) == 0 && least == common.size()) continue;
+    const auto end = std::mismatch(common.begin(), common.begin() + least, key.begin()).first;
+    common = common.substr(0, static_cast<std::size_t>(end - common.begin()));
+  }
+  for (Entry& entry : entries_) entry.head = HeadOf(KeyOf(entry).substr(common.size()));
+}
+
 Status KeySorter::Flush() {
+  SetHeads();
   const auto before = [this](const Entry& a, const Entry& b) { return Before(a, b); };
   // Rows often come in the order of a key.
   if (!std::is_sorted(entries_.begin(), entries_.end(), before)) {

@@ -27,7 +27,8 @@ class KeySorter {
   std::uint32_t distinct_keys() const { return distinct_; }
 
  private:
-  /// An entry, its key among the bytes of all; `head` is the first eight bytes of it.
+  /// An entry, its key among the bytes of all; `head` is the first eight bytes in which keys
+  /// differ.
   struct Entry {
     std::uint64_t head;
     std::size_t at;
@@ -38,6 +39,7 @@ class KeySorter {
   std::string_view KeyOf(const Entry& entry) const {
     return std::string_view(keys_).substr(entry.at, entry.length);
   }
+  void SetHeads();
   bool Before(const Entry& a, const Entry& b) const;
   Status Flush();
   Status Build();
