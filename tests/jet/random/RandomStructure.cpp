@@ -218,10 +218,10 @@ void RandomDatabase::CreateRelation() {
   const std::size_t from = referring.PositionOf(relation.column);
   Faults faults;
   for (const auto& [at, row] : referring.rows) {
-    const bool found =
-        std::any_of(referenced.rows.begin(), referenced.rows.end(),
-                    [&](const auto& other) { return other.second[to] == row[from]; });
-    if (!found && !IsNull(row[from])) faults = {kNoRelatedRecord};
+    const Value& value = row[from];
+    const bool found = std::any_of(referenced.rows.begin(), referenced.rows.end(),
+                                   [&](const auto& other) { return other.second[to] == value; });
+    if (!found && !IsNull(value)) faults = {kNoRelatedRecord};
   }
   Relationship made{.name = relation.name,
                     .table = relation.table,
