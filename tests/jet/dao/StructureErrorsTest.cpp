@@ -214,6 +214,18 @@ TEST(Relations, RefuseWithTheNumbersOfDao) {
   ExpectRefused(rows);
 }
 
+TEST(Execute, DatesTheTablesThatItMakes) {
+  for (const char* const statement :
+       {"CREATE TABLE New (A LONG)", "SELECT * INTO New FROM People"}) {
+    SCOPED_TRACE(statement);
+    DaoFile given;
+    given.Run(statement);
+    const TableDef table = given.db->FindTableDef("New").value();
+    EXPECT_EQ(table.date_created(), Date{38718.5});
+    EXPECT_EQ(table.last_updated(), Date{38718.5});
+  }
+}
+
 TEST(Execute, RefusesAsTheObjectsDo) {
   struct Case {
     const char* statement;
