@@ -34,10 +34,10 @@ void AddPassword(CLI::App& verb, const std::string& prefix, const std::string& w
 }
 
 void AddFormat(CLI::App& verb, JetdbLine& line) {
-  static const std::map<std::string, RowFormat> kFormats = {
+  const std::map<std::string, RowFormat> formats = {
       {"text", RowFormat::Text}, {"csv", RowFormat::Csv}, {"json", RowFormat::Json}};
   verb.add_option("--format", line.format, "How rows are printed: text, csv or json (text)")
-      ->transform(CLI::CheckedTransformer(kFormats, CLI::ignore_case).description(""))
+      ->transform(CLI::CheckedTransformer(formats, CLI::ignore_case).description(""))
       ->type_name("FORMAT");
 }
 

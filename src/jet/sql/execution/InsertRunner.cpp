@@ -126,7 +126,7 @@ bool MayRead(const SelectStatement& select, const std::string& table) {
   VisitExpressions(select,
                    [&](const Expression& expression) { reads |= MayRead(expression, table); });
   return reads || std::any_of(select.unions.begin(), select.unions.end(),
-                              [&](const UnionTerm& t) { return MayRead(t.select, table); });
+                              [&](const SelectStatement& t) { return MayRead(t, table); });
 }
 
 /// All rows of a query, to be put into a table that it reads.

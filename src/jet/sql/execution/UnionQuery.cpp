@@ -23,14 +23,14 @@ Result<std::unique_ptr<Query>> UnionQuery::Make(SqlSession& session, const Selec
   // Every UNION without ALL makes distinct what stands before it as well.
   std::size_t distinct_terms = 0;
   for (std::size_t i = 0; i < select.unions.size(); ++i) {
-    if (!select.unions[i].all) distinct_terms = i + 2;
+    if (!select.unions[i].union_all) distinct_terms = i + 2;
   }
   SelectStatement first = select;
   first.unions.clear();
   first.order_by.clear();
   for (std::size_t i = 0; i <= select.unions.size(); ++i) {
     Result<std::unique_ptr<Query>> term =
-        SelectQuery::Make(session, i == 0 ? first : select.unions[i - 1].select, outer);
+        SelectQuery::Make(session, i == 0 ? first : select.unions[i - 1], outer);
     if (!term.ok()) return term.error();
     if (i == 0) query->columns_ = term.value()->columns();
     if (term.value()->columns().size() != query->columns_.size()) return JetError(kUnionColumns);

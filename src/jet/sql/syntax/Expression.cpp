@@ -40,7 +40,7 @@ int HeightOf(const SelectStatement& select) {
   VisitExpressions(select, [&](const Expression& expression) {
     height = std::max<int>(height, expression.height);
   });
-  for (const UnionTerm& term : select.unions) height = std::max(height, HeightOf(term.select));
+  for (const SelectStatement& term : select.unions) height = std::max(height, HeightOf(term));
   return height;
 }
 

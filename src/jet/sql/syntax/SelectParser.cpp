@@ -44,12 +44,12 @@ class SelectParser {
 
   Status ParseUnion() {
     tokens_.Skip();
-    const bool all = tokens_.TakeKeyword("ALL");
     SelectParser term(tokens_);
+    term.select_.union_all = tokens_.TakeKeyword("ALL");
     Status done = term.ParseBody();
     if (!done.ok()) return done;
     if (!term.select_.into.empty()) return tokens_.Error("INTO stands in the first query alone");
-    select_.unions.push_back({.all = all, .select = std::move(term.select_)});
+    select_.unions.push_back(std::move(term.select_));
     return {};
   }
 

@@ -46,8 +46,6 @@ struct OrderTerm {
   bool operator==(const OrderTerm&) const = default;
 };
 
-struct UnionTerm;
-
 struct SelectStatement {
   bool distinct = false;
   std::optional<std::int32_t> top = {};  ///< rows; those equal to the last in order come along
@@ -59,17 +57,12 @@ struct SelectStatement {
   std::optional<Expression> having = {};
   /// The queries whose rows come behind; `order_by` is then that of all. Those here have neither
   /// unions nor an order.
-  std::vector<UnionTerm> unions = {};
+  std::vector<SelectStatement> unions = {};
+  bool union_all = false;  ///< of one of `unions`: rows that are there already come as well
   std::vector<OrderTerm> order_by = {};
   std::string into = {};           ///< table to be made of the rows; empty: none
   std::string into_database = {};  ///< path of another file for it
-  bool operator==(const SelectStatement&) const;
-};
-
-struct UnionTerm {
-  bool all = false;  ///< rows that are there already come as well
-  SelectStatement select;
-  bool operator==(const UnionTerm&) const = default;
+  bool operator==(const SelectStatement&) const = default;
 };
 
 /// Calls `visit` with each expression of `select` itself, not with those of its unions.
@@ -86,8 +79,6 @@ void VisitExpressions(Select& select, Visit visit) {
   if (select.having) visit(*select.having);
   for (auto& term : select.order_by) visit(term.expression);
 }
-
-inline bool SelectStatement::operator==(const SelectStatement&) const = default;
 
 struct InsertStatement {
   std::string table = {};

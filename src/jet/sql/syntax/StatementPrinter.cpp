@@ -172,8 +172,8 @@ struct StatementPrinter {
 
 std::string PrintSelect(const SelectStatement& select) {
   std::string text = PrintBody(select);
-  for (const UnionTerm& term : select.unions) {
-    text += (term.all ? " UNION ALL " : " UNION ") + PrintBody(term.select);
+  for (const SelectStatement& term : select.unions) {
+    text += (term.union_all ? " UNION ALL " : " UNION ") + PrintBody(term);
   }
   if (select.order_by.empty()) return text;
   return text + " ORDER BY " + List(select.order_by, [](const OrderTerm& term) {
