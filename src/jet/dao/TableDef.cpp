@@ -90,8 +90,7 @@ Result<Collection<Property>> TableDef::Properties() const {
 
 Status TableDef::SetName(std::string name) {
   if (database_ != nullptr) {
-    const Status renamed =
-        Change([&](Schema& schema) { return schema.RenameTable(facts_.name, name); });
+    Status renamed = Change([&](Schema& schema) { return schema.RenameTable(facts_.name, name); });
     if (!renamed.ok()) return renamed;
   }
   facts_.name = std::move(name);

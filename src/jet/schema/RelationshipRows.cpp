@@ -9,24 +9,22 @@
 namespace zent::jet {
 namespace {
 
-enum RelationshipColumn : std::size_t {
-  kName,
-  kTable,
-  kColumn,
-  kReferencedTable,
-  kReferencedColumn
+struct RelationshipColumn {
+  enum Place : std::size_t { Name, Table, Column, ReferencedTable, ReferencedColumn };
 };
 constexpr std::array<std::string_view, 5> kRelationshipColumns = {
     "szRelationship", "szObject", "szColumn", "szReferencedObject", "szReferencedColumn"};
 
 /// The table and the column of one side.
 struct Side {
-  RelationshipColumn table;
-  RelationshipColumn column;
+  RelationshipColumn::Place table;
+  RelationshipColumn::Place column;
 };
-constexpr std::array kSides = {Side{kTable, kColumn}, Side{kReferencedTable, kReferencedColumn}};
+constexpr std::array kSides = {
+    Side{RelationshipColumn::Table, RelationshipColumn::Column},
+    Side{RelationshipColumn::ReferencedTable, RelationshipColumn::ReferencedColumn}};
 
-Status SetText(SystemTable& table, RowPointer row, RelationshipColumn column,
+Status SetText(SystemTable& table, RowPointer row, RelationshipColumn::Place column,
                std::string_view text) {
   const std::array change = {ColumnChange{.position = table.position(column), .value = Text(text)}};
   return table.store().Update(row, change);
@@ -59,7 +57,7 @@ Status AddRelationshipRows(UsageMaps& maps, const Relationship& relationship) {
 Status DeleteRelationshipRows(UsageMaps& maps, std::string_view name) {
   Result<SystemTable> table = SystemTable::Open(maps, kRelationshipsPage, kRelationshipColumns);
   if (!table.ok()) return table.error();
-  return DeleteRows(table.value(), kName, Text(name));
+  return DeleteRows(table.value(), RelationshipColumn::Name, Text(name));
 }
 
 Status RenameRelatedTable(UsageMaps& maps, std::string_view from, std::string_view to) {

@@ -11,7 +11,9 @@
 namespace zent::jet {
 namespace {
 
-enum RightsColumn : std::size_t { kObject, kAccount, kGranted, kInherited };
+struct RightsColumn {
+  enum Place : std::size_t { Object, Account, Granted, Inherited };
+};
 constexpr std::array<std::string_view, 4> kRightsColumns = {"ObjectId", "SID", "ACM",
                                                             "FInheritable"};
 
@@ -27,14 +29,17 @@ struct Entry {
 /// What a container hands on.
 Result<std::vector<Entry>> InheritedFrom(SystemTable& table, std::int32_t container) {
   std::vector<Entry> entries;
-  const Result<std::vector<RowPointer>> rows = FindRows(table, kObject, container);
+  const Result<std::vector<RowPointer>> rows = FindRows(table, RightsColumn::Object, container);
   if (!rows.ok()) return rows.error();
   for (const RowPointer row : rows.value()) {
     const Result<std::vector<Value>> values = table.store().Fetch(row);
     if (!values.ok()) return values.error();
-    const auto* const inherited = std::get_if<bool>(&values.value()[table.position(kInherited)]);
-    const auto* const account = std::get_if<Binary>(&values.value()[table.position(kAccount)]);
-    const auto* const rights = std::get_if<std::int32_t>(&values.value()[table.position(kGranted)]);
+    const auto* const inherited =
+        std::get_if<bool>(&values.value()[table.position(RightsColumn::Inherited)]);
+    const auto* const account =
+        std::get_if<Binary>(&values.value()[table.position(RightsColumn::Account)]);
+    const auto* const rights =
+        std::get_if<std::int32_t>(&values.value()[table.position(RightsColumn::Granted)]);
     if (inherited == nullptr || !*inherited || account == nullptr || rights == nullptr) continue;
     entries.push_back({.account = account->bytes, .rights = *rights});
   }
@@ -66,10 +71,11 @@ Status GrantInherited(UsageMaps& maps, std::int32_t object, std::int32_t contain
     if (for_creator && owner_has_entry) continue;
     Result<std::vector<Value>> row =
         RowOf(table.value().store().definition(),
-              {{kRightsColumns[kObject], object},
-               {kRightsColumns[kAccount], Binary{for_creator ? std::string(owner) : entry.account}},
-               {kRightsColumns[kGranted], entry.rights},
-               {kRightsColumns[kInherited], false}});
+              {{kRightsColumns[RightsColumn::Object], object},
+               {kRightsColumns[RightsColumn::Account],
+                Binary{for_creator ? std::string(owner) : entry.account}},
+               {kRightsColumns[RightsColumn::Granted], entry.rights},
+               {kRightsColumns[RightsColumn::Inherited], false}});
     if (!row.ok()) return row.error();
     Result<RowPointer> at = table.value().store().Insert(row.value());
     if (!at.ok()) return at.error();
@@ -80,7 +86,7 @@ Status GrantInherited(UsageMaps& maps, std::int32_t object, std::int32_t contain
 Status RevokeAll(UsageMaps& maps, std::int32_t object) {
   Result<SystemTable> table = SystemTable::Open(maps, kAcesPage, kRightsColumns);
   if (!table.ok()) return table.error();
-  return DeleteRows(table.value(), kObject, object);
+  return DeleteRows(table.value(), RightsColumn::Object, object);
 }
 
 }  // namespace zent::jet

@@ -94,7 +94,7 @@ Result<bool> GroupedStream::Next() {
   while (next_ < groups_.size()) {
     at_ = next_++;
     if (grouping_.having == nullptr) return true;
-    const Result<bool> wanted = evaluator_.Test(*grouping_.having, *this);
+    Result<bool> wanted = evaluator_.Test(*grouping_.having, *this);
     if (!wanted.ok() || wanted.value()) return wanted;
   }
   return false;

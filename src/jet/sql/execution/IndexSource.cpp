@@ -36,7 +36,7 @@ Result<bool> IndexSource::EnterRange() {
   behind_ = Behind(std::move(ranges_[place].high));
   if (!plan_.backwards) return cursor_.Seek(first_key_);
   if (behind_) {
-    const Result<bool> sought = cursor_.Seek(*behind_);
+    Result<bool> sought = cursor_.Seek(*behind_);
     if (!sought.ok()) return sought;
     if (sought.value()) return cursor_.Previous();
   }
@@ -53,7 +53,7 @@ Result<bool> IndexSource::Step() { return plan_.backwards ? cursor_.Previous() :
 Result<bool> IndexSource::Next() {
   for (;;) {
     if (!entered_ && next_range_ == ranges_.size()) return false;
-    const Result<bool> found = entered_ ? Step() : EnterRange();
+    Result<bool> found = entered_ ? Step() : EnterRange();
     if (!found.ok()) return found;
     entered_ = found.value() && InRange();
     if (!entered_) continue;

@@ -71,6 +71,7 @@ Result<std::vector<std::size_t>> ColumnsFor(const Table& table, const InsertStat
                                             const std::vector<ResultColumn>& from) {
   if (insert.columns.empty()) {
     std::vector<std::string> names;
+    names.reserve(from.size());
     for (const ResultColumn& column : from) names.push_back(column.name);
     Result<std::vector<std::size_t>> positions = NamedColumns(table, names);
     if (positions.ok() || table.display_order().size() != from.size()) return positions;

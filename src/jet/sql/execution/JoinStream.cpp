@@ -109,7 +109,7 @@ Status JoinStream::Restart() {
 
 Result<bool> JoinStream::Passes(const Tests& tests) {
   for (const Expression* const test : tests) {
-    const Result<bool> passed = evaluator_.Test(*test, frame_);
+    Result<bool> passed = evaluator_.Test(*test, frame_);
     if (!passed.ok() || !passed.value()) return passed;
   }
   return true;
@@ -119,19 +119,19 @@ Result<bool> JoinStream::Passes(const Tests& tests) {
 Result<bool> JoinStream::NextAt(std::size_t i) {
   Level& level = levels_[i];
   for (;;) {
-    const Result<bool> found = level.source->Next();
+    Result<bool> found = level.source->Next();
     if (!found.ok()) return found;
     if (!found.value()) {
       if (!level.outer || level.matched) return false;
       level.matched = true;
       frame_.SetNulls(i);
     } else {
-      const Result<bool> fits = Passes(level.tests);
+      Result<bool> fits = Passes(level.tests);
       if (!fits.ok()) return fits;
       if (!fits.value()) continue;
       level.matched = true;
     }
-    const Result<bool> wanted = Passes(level.filter);
+    Result<bool> wanted = Passes(level.filter);
     if (!wanted.ok() || wanted.value()) return wanted;
     if (!found.value()) return false;
   }
@@ -154,7 +154,7 @@ Result<bool> JoinStream::Next() {
         return entered.error();
       }
     }
-    const Result<bool> found = NextAt(i);
+    Result<bool> found = NextAt(i);
     over_ = !found.ok() || (!found.value() && i == 0);
     if (over_) return found;
     enter = found.value();

@@ -24,7 +24,7 @@ Status ScanSource::Restart() {
 }
 
 Result<bool> ScanSource::Next() {
-  const Result<bool> found = scan_->Next();
+  Result<bool> found = scan_->Next();
   if (!found.ok() || !found.value()) return found;
   const Status set = frame_.Set(table_, scan_->at(), scan_->bytes(), scan_->page());
   if (!set.ok()) return set.error();

@@ -98,7 +98,7 @@ Result<bool> SelectQuery::NextDistinct() {
     if (!select_.distinct) return true;
     std::string key;
     for (const Value& value : row_) AppendOrderKey(value, false, key);
-    seen_bytes_ += key.size() + sizeof(key);
+    seen_bytes_ += key.size() + sizeof(std::string);
     if (seen_bytes_ > kMaxKeptBytes) return JetError(kDatabaseTooLarge);
     if (seen_.insert(std::move(key)).second) return true;
   }

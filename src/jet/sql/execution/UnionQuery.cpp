@@ -81,7 +81,7 @@ Status UnionQuery::Restart() {
 Result<bool> UnionQuery::IsNew() {
   std::string key;
   for (const Value& value : row_) AppendOrderKey(value, false, key);
-  kept_ += key.size() + sizeof(key);
+  kept_ += key.size() + sizeof(std::string);
   if (kept_ > kMaxKeptBytes) return JetError(kDatabaseTooLarge);
   return seen_.insert(std::move(key)).second;
 }
@@ -89,7 +89,7 @@ Result<bool> UnionQuery::IsNew() {
 Result<bool> UnionQuery::NextOfTerms() {
   while (term_ < terms_.size()) {
     Term& term = terms_[term_];
-    const Result<bool> found = term.query->Next();
+    Result<bool> found = term.query->Next();
     if (!found.ok()) return found;
     if (!found.value()) {
       ++term_;
@@ -97,7 +97,7 @@ Result<bool> UnionQuery::NextOfTerms() {
     }
     row_ = term.query->row();
     if (!term.distinct) return true;
-    const Result<bool> is_new = IsNew();
+    Result<bool> is_new = IsNew();
     if (!is_new.ok() || is_new.value()) return is_new;
   }
   return false;

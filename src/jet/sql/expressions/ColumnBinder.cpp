@@ -45,7 +45,7 @@ Status ColumnBinder::Bind(Expression& expression) {
 
 Result<std::size_t> ColumnBinder::PlaceOfColumn(const Expression& column) const {
   for (const std::vector<ScopeColumn>* const scope : {&scope_, &outer_}) {
-    const Result<std::size_t> place = PlaceIn(*scope, column);
+    Result<std::size_t> place = PlaceIn(*scope, column);
     if (!place.ok()) return place;
     if (place.value() == kUnboundColumn) continue;
     return place.value() + (scope == &outer_ ? scope_.size() : 0);

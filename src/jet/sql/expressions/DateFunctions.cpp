@@ -110,6 +110,9 @@ std::int32_t PartOf(Unit unit, const DateParts& parts) {
   return 0;
 }
 
+/// Quarters since an early one.
+int Quarters(const DateParts& parts) { return parts.year * 4 + (parts.month - 1) / kQuarterMonths; }
+
 /// How many of `unit` a point in time lies behind an early one, counted in whole units.
 double Count(Unit unit, const DateParts& parts) {
   const double day = DayNumber(parts);
@@ -117,7 +120,7 @@ double Count(Unit unit, const DateParts& parts) {
     case Unit::Year:
       return parts.year;
     case Unit::Quarter:
-      return parts.year * 4.0 + (parts.month - 1) / kQuarterMonths;
+      return Quarters(parts);
     case Unit::Month:
       return parts.year * static_cast<double>(kMonths) + parts.month;
     case Unit::Week:

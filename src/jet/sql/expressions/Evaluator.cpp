@@ -118,7 +118,7 @@ Result<Value> Evaluator::RunSubquery(const Expression& expression, RowValues& ro
   if (subqueries_ == nullptr) return JetErrorBecause(kSyntaxError, "no query can stand here");
   if (expression.kind == ExpressionKind::Subquery) return subqueries_->Single(expression, row);
   if (expression.kind == ExpressionKind::Exists) return subqueries_->Exists(expression, row);
-  const Result<Value> value = Evaluate(expression.operands[0], row);
+  Result<Value> value = Evaluate(expression.operands[0], row);
   if (!value.ok()) return value;
   Result<Value> among = subqueries_->IsAmong(expression, value.value(), row);
   if (!among.ok() || expression.kind == ExpressionKind::InQuery) return among;
