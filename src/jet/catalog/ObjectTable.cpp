@@ -10,18 +10,20 @@
 namespace zent::jet {
 namespace {
 
-enum ObjectColumn : std::size_t {
-  Id,
-  ParentId,
-  Name,
-  Type,
-  Flags,
-  DateCreate,
-  DateUpdate,
-  Connect,
-  Database,
-  ForeignName,
-  Properties,
+struct ObjectColumn {
+  enum Place : std::size_t {
+    Id,
+    ParentId,
+    Name,
+    Type,
+    Flags,
+    DateCreate,
+    DateUpdate,
+    Connect,
+    Database,
+    ForeignName,
+    Properties,
+  };
 };
 
 constexpr std::array<std::string_view, 11> kObjectColumns = {
@@ -38,18 +40,18 @@ Result<ObjectTable> ObjectTable::Open(UsageMaps& maps) {
 
 Result<CatalogObject> ObjectTable::Read(RowPointer at, ByteView bytes, PageNumber page) {
   SystemRow row(table_, bytes, page);
-  CatalogObject object{.id = row.Long(Id),
-                       .parent = row.Long(ParentId),
-                       .type = static_cast<ObjectType>(row.Int(Type)),
-                       .flags = row.Long(Flags),
-                       .name = row.Text(Name),
-                       .created = row.DateOf(DateCreate),
-                       .updated = row.DateOf(DateUpdate),
+  CatalogObject object{.id = row.Long(ObjectColumn::Id),
+                       .parent = row.Long(ObjectColumn::ParentId),
+                       .type = static_cast<ObjectType>(row.Int(ObjectColumn::Type)),
+                       .flags = row.Long(ObjectColumn::Flags),
+                       .name = row.Text(ObjectColumn::Name),
+                       .created = row.DateOf(ObjectColumn::DateCreate),
+                       .updated = row.DateOf(ObjectColumn::DateUpdate),
                        .row = at};
   if (object.IsLinked()) {
-    object.connect = row.Text(Connect);
-    object.database = row.Text(Database);
-    object.foreign_name = row.Text(ForeignName);
+    object.connect = row.Text(ObjectColumn::Connect);
+    object.database = row.Text(ObjectColumn::Database);
+    object.foreign_name = row.Text(ObjectColumn::ForeignName);
   }
   if (!row.status().ok()) return row.status().error();
   return object;
@@ -100,7 +102,7 @@ Result<std::optional<CatalogObject>> ObjectTable::Find(std::span<const std::size
 
 Result<std::optional<CatalogObject>> ObjectTable::FindIn(std::int32_t parent,
                                                          std::string_view name) {
-  constexpr std::array<std::size_t, 2> kKey = {ParentId, Name};
+  constexpr std::array<std::size_t, 2> kKey = {ObjectColumn::ParentId, ObjectColumn::Name};
   const std::array<Value, 2> values = {parent, Text(name)};
   return Find(kKey, values, [&](const CatalogObject& object) {
     return object.parent == parent && SameName(object.name, name);
@@ -108,7 +110,7 @@ Result<std::optional<CatalogObject>> ObjectTable::FindIn(std::int32_t parent,
 }
 
 Result<std::optional<CatalogObject>> ObjectTable::FindById(std::int32_t id) {
-  constexpr std::array<std::size_t, 1> kKey = {Id};
+  constexpr std::array<std::size_t, 1> kKey = {ObjectColumn::Id};
   const std::array<Value, 1> values = {id};
   return Find(kKey, values, [&](const CatalogObject& object) { return object.id == id; });
 }
@@ -118,8 +120,8 @@ Result<std::string> ObjectTable::PropertyBytes(const CatalogObject& object) {
   if (stored.number() == kRecordDeleted) return JetError(kObjectNotFound, object.name);
   if (!stored.ok()) return stored.error();
   SystemRow row(table_, stored.value().bytes, stored.value().page.page());
-  if (row.Long(Id) != object.id) return JetError(kObjectNotFound, object.name);
-  std::string bytes = row.Bytes(Properties);
+  if (row.Long(ObjectColumn::Id) != object.id) return JetError(kObjectNotFound, object.name);
+  std::string bytes = row.Bytes(ObjectColumn::Properties);
   if (!row.status().ok()) return row.status().error();
   return bytes;
 }

@@ -87,7 +87,7 @@ TEST(JetdbLine, RefusesWhatMeansNothing) {
 }
 
 const std::map<std::string, std::vector<std::string>>& OptionsOfVerbs() {
-  static const std::map<std::string, std::vector<std::string>> kOptions = {
+  static const std::map<std::string, std::vector<std::string>> options = {
       {"info", {"--exclusive"}},
       {"tables", {"--all", "--format", "--exclusive"}},
       {"dump", {"--no-rows", "--whole-values", "--exclusive"}},
@@ -96,7 +96,7 @@ const std::map<std::string, std::vector<std::string>>& OptionsOfVerbs() {
       {"create", {}},
       {"compact", {"--new-password", "--new-password-file", "--new-password-env", "--no-password"}},
   };
-  return kOptions;
+  return options;
 }
 
 std::string HelpOf(const std::vector<std::string>& arguments) {

@@ -20,11 +20,11 @@ std::string Printed(RowFormat format, const std::vector<std::string>& columns,
 }
 
 const std::vector<std::vector<Value>>& Rows() {
-  static const std::vector<std::vector<Value>> kRows = {
+  static const std::vector<std::vector<Value>> rows = {
       {std::int32_t{1}, std::string("M\xC3\xBCller, \"Hans\""), jet::Date{37803.5}},
       {std::int32_t{20}, jet::Null(), true},
   };
-  return kRows;
+  return rows;
 }
 
 TEST(RowPrinter, AlignsText) {
