@@ -10,7 +10,7 @@
 namespace zent::jet::testing {
 namespace {
 
-const Layout& kLayout = LayoutOf(JetVersion::Jet4);
+const Layout& Places() { return LayoutOf(JetVersion::Jet4); }
 
 TEST(Robust, ReadsCutFilesToTheirEnd) { TryCutFiles(SampleDatabase(), kPage, 1); }
 
@@ -24,10 +24,11 @@ TEST(Robust, ReadsFilesWhoseCountsLie) {
   TryHeadsOfPages(SampleDatabase(), kPage, 4, 0xFF);
   for (const unsigned value : {0x00U, 0x7FU, 0xFFU}) {
     for (const std::size_t at :
-         {kLayout.definition.length, kLayout.definition.row_count, kLayout.definition.max_columns,
-          kLayout.definition.variable_slots, kLayout.definition.column_count,
-          kLayout.definition.logical_count, kLayout.definition.real_count,
-          kLayout.definition.owned_map, kLayout.definition.free_map}) {
+         {Places().definition.length, Places().definition.row_count,
+          Places().definition.max_columns, Places().definition.variable_slots,
+          Places().definition.column_count, Places().definition.logical_count,
+          Places().definition.real_count, Places().definition.owned_map,
+          Places().definition.free_map}) {
       for (std::size_t byte = 0; byte < 4; ++byte) {
         SCOPED_TRACE(at + byte);
         DamagedFile file;
@@ -47,31 +48,31 @@ TEST(Robust, ReadsFilesWhosePagesGoInLoops) {
   const LoopCase rows[] = {
       {"a definition that goes on with itself",
        [](DamagedFile& file) {
-         file.PutU32(file.at().people, kLayout.definition.length, 60000);
+         file.PutU32(file.at().people, Places().definition.length, 60000);
          file.PutU32(file.at().people, 4, file.at().people);
        }},
       {"a leaf behind itself",
        [](DamagedFile& file) {
-         file.PutU32(file.at().leaf, kLayout.index_page.next, file.at().leaf);
+         file.PutU32(file.at().leaf, Places().index_page.next, file.at().leaf);
        }},
       {"leaves in a ring",
        [](DamagedFile& file) {
-         file.PutU32(file.at().second_leaf, kLayout.index_page.next, file.at().leaf);
+         file.PutU32(file.at().second_leaf, Places().index_page.next, file.at().leaf);
        }},
       {"a root below itself",
        [](DamagedFile& file) {
-         file.PutU32(file.at().root, kLayout.index_page.tail, file.at().root);
+         file.PutU32(file.at().root, Places().index_page.tail, file.at().root);
        }},
       {"a long value that leads to itself",
        [](DamagedFile& file) {
          const PageNumber page = file.PageOfChain();
-         file.PutU32(page, file.U16(page, kLayout.data.directory) & 0x1FFFU, page << 8U);
+         file.PutU32(page, file.U16(page, Places().data.directory) & 0x1FFFU, page << 8U);
        }},
       {"a map of pages of bits that is its own page of bits",
        [](DamagedFile& file) {
-         const auto slot =
-             file.U16(file.at().map_page, kLayout.data.directory + 2U * file.at().map_row) &
-             0x1FFFU;
+         const auto slot = file.U16(file.at().map_page,
+                                    Places().data.directory + std::size_t{2} * file.at().map_row) &
+                           0x1FFFU;
          file.PutU8(file.at().map_page, slot, 1);
          for (std::size_t i = 0; i < 16; ++i) {
            file.PutU32(file.at().map_page, slot + 1 + 4 * i, file.at().map_page);

@@ -58,6 +58,7 @@ std::string FilledDatabase() {
   SchemaFile given;
   ExpectNumber(given.schema().CreateTable(People()), 0);
   std::vector<std::vector<Value>> rows;
+  rows.reserve(50);
   for (int i = 0; i < 50; ++i) {
     rows.push_back(
         {Null(), Text("Name" + std::to_string(i)), Date{1.0 * i}, Text(std::string(300, 'n'))});
@@ -92,7 +93,8 @@ TEST(SchemaChanges, EndInErrorsOnDamagedFiles) {
     SCOPED_TRACE(round);
     std::string bytes = sound;
     for (int i = 0; i < 6; ++i) {  // page 0 and 1 are for others to test
-      const std::size_t at = 2 * 4096 + random() % (bytes.size() - std::size_t{2} * 4096);
+      const std::size_t first = std::size_t{2} * 4096;
+      const std::size_t at = first + random() % (bytes.size() - first);
       bytes[at] = static_cast<char>(random());
       // Most of a page is empty: its start says how the rest is read.
       bytes[at / 4096 * 4096 + random() % 80] = static_cast<char>(random());

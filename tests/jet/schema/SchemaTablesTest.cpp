@@ -106,18 +106,31 @@ struct Refusal {
   int number;
 };
 
-std::vector<Refusal> Refusals() {
-  std::vector<NewColumn> doubles;
-  for (int i = 0; i < 20; ++i) {
-    doubles.push_back({.name = "C" + std::to_string(i), .type = ColumnType::Text, .fixed = true});
+NewTable WithFixedTexts(int count) {
+  NewTable table = {.name = "T"};
+  for (int i = 0; i < count; ++i) {
+    table.columns.push_back(
+        {.name = "C" + std::to_string(i), .type = ColumnType::Text, .fixed = true});
   }
-  std::vector<NewIndex> many;
-  for (int i = 0; i < 33; ++i) {
-    many.push_back({.name = "I" + std::to_string(i), .columns = {{.name = "A"}}});
+  return table;
+}
+
+NewTable WithIndexCount(std::size_t count) {
+  std::vector<NewIndex> indexes(count);
+  for (std::size_t i = 0; i < indexes.size(); ++i) {
+    indexes[i] = {.name = "I" + std::to_string(i), .columns = {{.name = "A"}}};
   }
-  NewTable eleven = WithColumns(11);
-  eleven.indexes = {{.name = "I"}};
-  for (const NewColumn& column : eleven.columns) eleven.indexes[0].columns.push_back({column.name});
+  return WithIndexes(indexes);
+}
+
+NewTable WithIndexOn(std::size_t count) {
+  NewTable table = WithColumns(count);
+  table.indexes = {{.name = "I"}};
+  for (const NewColumn& column : table.columns) table.indexes[0].columns.push_back({column.name});
+  return table;
+}
+
+std::vector<Refusal> RefusedColumns() {
   return {
       {"no name", {.name = "", .columns = {{.name = "A"}}}, kInvalidName},
       {"a name with a dot", {.name = "a.b", .columns = {{.name = "A"}}}, kInvalidName},
@@ -145,8 +158,13 @@ std::vector<Refusal> Refusals() {
        {.name = "T",
         .columns = {{.name = "A", .auto_number = true}, {.name = "B", .auto_number = true}}},
        kInvalidFieldType},
-      {"rows longer than a page", {.name = "T", .columns = doubles}, kRecordTooLarge},
-      {"33 indexes", WithIndexes(many), kTooManyIndexes},
+      {"rows longer than a page", WithFixedTexts(20), kRecordTooLarge},
+  };
+}
+
+std::vector<Refusal> RefusedIndexes() {
+  return {
+      {"33 indexes", WithIndexCount(33), kTooManyIndexes},
       {"two primary keys",
        WithIndexes({{.name = "P", .columns = {{.name = "A"}}, .primary = true},
                     {.name = "Q", .columns = {{.name = "B"}}, .primary = true}}),
@@ -160,7 +178,7 @@ std::vector<Refusal> Refusals() {
       {"an index without columns", WithIndexes({{.name = "I"}}), kInvalidArgument},
       {"an index on a column twice",
        WithIndexes({{.name = "I", .columns = {{.name = "A"}, {.name = "a"}}}}), kFieldDefinedTwice},
-      {"an index on 11 columns", eleven, kTooManyIndexFields},
+      {"an index on 11 columns", WithIndexOn(11), kTooManyIndexFields},
       {"an index on pictures",
        {.name = "T",
         .columns = {{.name = "A", .type = ColumnType::Ole}},
@@ -174,11 +192,13 @@ TEST(CreateTable, RefusesWhatNoFileMayHoldAndTouchesNothing) {
   ExpectNumber(given.schema().CreateTable(People()), 0);
   given.file().Commit();
   const std::string before = given.file().Bytes();
-  for (const Refusal& row : Refusals()) {
-    SCOPED_TRACE(row.what);
-    ExpectNumber(given.schema().CreateTable(row.table), row.number);
-    given.file().Commit();
-    EXPECT_TRUE(given.file().Bytes() == before);
+  for (const std::vector<Refusal>& refusals : {RefusedColumns(), RefusedIndexes()}) {
+    for (const Refusal& row : refusals) {
+      SCOPED_TRACE(row.what);
+      ExpectNumber(given.schema().CreateTable(row.table), row.number);
+      given.file().Commit();
+      EXPECT_TRUE(given.file().Bytes() == before);
+    }
   }
 }
 
@@ -207,9 +227,8 @@ TEST(DropTable, GivesBackEveryPage) {
   const std::vector<PageNumber> before = given.file().UsedPages();
   ExpectNumber(given.schema().CreateTable(People()), 0);
   ExpectNumber(given.schema().CreateTable(WithColumns(200)), 0);
-  std::vector<std::vector<Value>> rows;
-  for (int i = 0; i < 100; ++i)
-    rows.push_back({Null(), Text("Name"), Null(), Text(std::string(9000, 'n'))});
+  const std::vector<std::vector<Value>> rows(
+      100, {Null(), Text("Name"), Null(), Text(std::string(9000, 'n'))});
   ExpectNumber(given.Insert("People", rows), 0);
   ExpectRightDatabase(given.file());
   ExpectNumber(given.schema().DropTable("people"), 0);

@@ -51,7 +51,7 @@ std::vector<Value> Person(Table& table, int i) {
   if (i % 3 == 0) set("Notes", std::string(static_cast<std::size_t>(i) * 5, 'n'));
   if (i % 50 == 0) set("Photo", Binary{std::string(10000 + static_cast<std::size_t>(i), 'p')});
   if (i % 4 != 0) set("Born", Date{20000.25 + i});
-  set("Paid", Currency{i * 12345});
+  set("Paid", Currency{std::int64_t{i} * 12345});
   set("Weight", 70.5 + i);
   set("Active", i % 2 == 0);
   return values;
@@ -165,13 +165,13 @@ void ReadTables(Catalog& catalog) {
 }  // namespace
 
 const std::string& SampleDatabase() {
-  static const std::string kBytes = Make();
-  return kBytes;
+  static const std::string bytes = Make();
+  return bytes;
 }
 
 const SamplePlaces& PlacesOfSample() {
-  static const SamplePlaces kPlaces = Find();
-  return kPlaces;
+  static const SamplePlaces places = Find();
+  return places;
 }
 
 std::uint32_t DamagedFile::U16(PageNumber page, std::size_t offset) const {

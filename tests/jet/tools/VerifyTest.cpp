@@ -14,7 +14,7 @@ namespace {
 
 using ::testing::HasSubstr;
 
-const Layout& kLayout = LayoutOf(JetVersion::Jet4);
+const Layout& Places() { return LayoutOf(JetVersion::Jet4); }
 
 TEST(Verify, FindsNoFaultInWhatTheEngineMade) {
   const Verified verified = VerifyBytes(SampleDatabase());
@@ -34,7 +34,7 @@ struct DamageCase {
 };
 
 /// The place of slot `i` of a data page.
-std::size_t SlotAt(std::size_t i) { return kLayout.data.directory + 2 * i; }
+std::size_t SlotAt(std::size_t i) { return Places().data.directory + 2 * i; }
 
 void ExpectFaults(const std::vector<DamageCase>& rows) {
   for (const DamageCase& row : rows) {
@@ -50,10 +50,10 @@ void ExpectFaults(const std::vector<DamageCase>& rows) {
 TEST(Verify, FindsFaultsOfPagesAndRows) {
   ExpectFaults({
       {"a data page of another table",
-       [](DamagedFile& file) { file.PutU32(file.at().rows, kLayout.data.owner, 2); },
+       [](DamagedFile& file) { file.PutU32(file.at().rows, Places().data.owner, 2); },
        "names another table"},
       {"free space that is not there",
-       [](DamagedFile& file) { file.PutU16(file.at().rows, kLayout.data.free_space, 4000); },
+       [](DamagedFile& file) { file.PutU16(file.at().rows, Places().data.free_space, 4000); },
        "table People"},
       {"a row that begins behind the page",
        [](DamagedFile& file) { file.PutU16(file.at().rows, SlotAt(1), 0x1FFF); }, "table People"},
@@ -70,7 +70,7 @@ TEST(Verify, FindsFaultsOfPagesAndRows) {
        },
        "table People: page"},
       {"a count of rows that lies",
-       [](DamagedFile& file) { file.PutU32(file.at().people, kLayout.definition.row_count, 7); },
+       [](DamagedFile& file) { file.PutU32(file.at().people, Places().definition.row_count, 7); },
        "it counts 7 rows and has 400"},
       {"a page of the table that its map has not",
        [](DamagedFile& file) {
@@ -95,7 +95,7 @@ TEST(Verify, FindsFaultsOfPagesAndRows) {
        "is marked free and used by"},
       {"a second table with the same pages",
        [](DamagedFile& file) {
-         file.PutU32(file.at().orders, kLayout.definition.owned_map,
+         file.PutU32(file.at().orders, Places().definition.owned_map,
                      file.at().people_table.owned_map.packed());
        },
        "is also another's"},
@@ -105,7 +105,7 @@ TEST(Verify, FindsFaultsOfPagesAndRows) {
 TEST(Verify, FindsFaultsOfLongValues) {
   ExpectFaults({
       {"a page that holds no long values",
-       [](DamagedFile& file) { file.PutU32(file.at().values, kLayout.data.owner, 2); },
+       [](DamagedFile& file) { file.PutU32(file.at().values, Places().data.owner, 2); },
        "is no row of a long value"},
       {"a row of a value that was deleted",
        [](DamagedFile& file) {
@@ -123,7 +123,7 @@ TEST(Verify, FindsFaultsOfLongValues) {
 }
 
 TEST(Verify, FindsFaultsOfIndexes) {
-  const std::size_t entries = kLayout.index_page.entries;
+  const std::size_t entries = Places().index_page.entries;
   ExpectFaults({
       {"a key that is another",
        [=](DamagedFile& file) { file.PutU8(file.at().leaf, entries + 3, 0x11); }, "index ByName"},
@@ -134,31 +134,31 @@ TEST(Verify, FindsFaultsOfIndexes) {
        },
        "index ByName"},
       {"a leaf of another table",
-       [](DamagedFile& file) { file.PutU32(file.at().leaf, kLayout.index_page.owner, 3); },
+       [](DamagedFile& file) { file.PutU32(file.at().leaf, Places().index_page.owner, 3); },
        "an index page of another table"},
       {"a leaf that is a node", [](DamagedFile& file) { file.PutU8(file.at().leaf, 0, 3); },
        "index ByName"},
       {"a leaf of a level above 0",
-       [](DamagedFile& file) { file.PutU8(file.at().leaf, kLayout.index_page.level, 1); },
+       [](DamagedFile& file) { file.PutU8(file.at().leaf, Places().index_page.level, 1); },
        "a leaf of a level above 0"},
       {"leaves that are not linked",
-       [](DamagedFile& file) { file.PutU32(file.at().leaf, kLayout.index_page.next, 0); },
+       [](DamagedFile& file) { file.PutU32(file.at().leaf, Places().index_page.next, 0); },
        "its next page is 0"},
       {"leaves that are not linked back",
        [](DamagedFile& file) {
-         file.PutU32(file.at().second_leaf, kLayout.index_page.previous, 0);
+         file.PutU32(file.at().second_leaf, Places().index_page.previous, 0);
        },
        "its previous page is 0"},
       {"a node that is its own child",
        [](DamagedFile& file) {
-         file.PutU32(file.at().root, kLayout.index_page.tail, file.at().root);
+         file.PutU32(file.at().root, Places().index_page.tail, file.at().root);
        },
        "is also used by"},
       {"a child beyond the end",
-       [](DamagedFile& file) { file.PutU32(file.at().root, kLayout.index_page.tail, 0xFFFFFF); },
+       [](DamagedFile& file) { file.PutU32(file.at().root, Places().index_page.tail, 0xFFFFFF); },
        "lies beyond the end of the file"},
       {"free space of a leaf that is not there",
-       [](DamagedFile& file) { file.PutU16(file.at().leaf, kLayout.index_page.free_space, 1); },
+       [](DamagedFile& file) { file.PutU16(file.at().leaf, Places().index_page.free_space, 1); },
        "bytes are free, not 1"},
   });
 }
@@ -169,7 +169,7 @@ TEST(Verify, FindsFaultsOfTheCatalog) {
        "table Orders"},
       {"a definition of endless length",
        [](DamagedFile& file) {
-         file.PutU32(file.at().orders, kLayout.definition.length, 0x7FFFFFFF);
+         file.PutU32(file.at().orders, Places().definition.length, 0x7FFFFFFF);
        },
        "table Orders"},
       {"a catalog that cannot be read", [](DamagedFile& file) { file.PutU8(kObjectsPage, 0, 9); },
@@ -197,7 +197,7 @@ TEST(Verify, CountsPagesThatNothingUses) {
 TEST(Verify, TellsOfARuinedPartAFewTimesAlone) {
   DamagedFile file;
   for (std::size_t i = 0; i < 64; ++i) {
-    const std::size_t at = kLayout.index_page.entries + i;
+    const std::size_t at = Places().index_page.entries + i;
     file.PutU8(file.at().leaf, at, 0);
   }
   const Verified verified = VerifyBytes(file.bytes());

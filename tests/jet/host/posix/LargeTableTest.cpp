@@ -11,7 +11,7 @@
 #include "support/TempFolder.h"
 
 // Freed memory that the sanitizer keeps back would count as ours.
-extern "C" const char* __asan_default_options();  // NOLINT(bugprone-reserved-identifier): its name
+extern "C" const char* __asan_default_options();  // NOLINT: the name is the sanitizer's
 const char* __asan_default_options() { return "quarantine_size_mb=1"; }  // NOLINT: as above
 
 /// Tables as large as users have them, and as large as the format allows.

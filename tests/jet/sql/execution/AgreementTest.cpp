@@ -52,7 +52,7 @@ class RandomSql {
 
  private:
   std::size_t Below(std::size_t end) { return random_() % end; }
-  std::string OrNull(std::string value) { return Below(6) == 0 ? "NULL" : value; }
+  std::string OrNull(std::string value) { return Below(6) == 0 ? "NULL" : std::move(value); }
   std::string Number() { return std::to_string(Below(9)); }
   std::string Day() { return fmt::format("#1/{}/2005#", 1 + Below(9)); }
   std::string Comparison() { return Among({"=", "<>", "<", "<=", ">", ">="}); }

@@ -26,7 +26,7 @@ struct RangeCase {
 };
 
 TEST(KeyRange, IntersectsRanges) {
-  const RangeCase kCases[] = {
+  const RangeCase cases[] = {
       {"apart", {{"a", "b"}}, {{"c", "d"}}, {}},
       {"one within", {{"a", "z"}}, {{"c", "d"}}, {{"c", "d"}}},
       {"overlapping", {{"a", "m"}}, {{"k", "z"}}, {{"k", "m"}}},
@@ -35,7 +35,7 @@ TEST(KeyRange, IntersectsRanges) {
       {"an open end", {{"b", ""}}, {{"a", "c"}}, {{"b", "c"}}},
       {"nothing", {}, {{"a", "b"}}, {}},
   };
-  for (const RangeCase& row : kCases) {
+  for (const RangeCase& row : cases) {
     SCOPED_TRACE(row.what);
     EXPECT_EQ(Intersection(row.a, row.b), row.both);
     EXPECT_EQ(Intersection(row.b, row.a), row.both);
@@ -56,7 +56,7 @@ struct BoundsCase {
 };
 
 TEST(KeyBounds, LieAroundAValue) {
-  const BoundsCase kCases[] = {
+  const BoundsCase cases[] = {
       {"held", ColumnType::Long, std::int16_t{5}, KeyBounds{5, 5}},
       {"between two", ColumnType::Long, 5.5, KeyBounds{5, 6}},
       {"negative", ColumnType::Int, -1.5, KeyBounds{std::int16_t{-2}, std::int16_t{-1}}},
@@ -71,7 +71,7 @@ TEST(KeyBounds, LieAroundAValue) {
       {"currency", ColumnType::Currency, 3, KeyBounds{Currency{30000}, Currency{30000}}},
       {"a date", ColumnType::Date, Date{2.5}, KeyBounds{Date{2.5}, Date{2.5}}},
   };
-  for (const BoundsCase& row : kCases) {
+  for (const BoundsCase& row : cases) {
     SCOPED_TRACE(row.what);
     const ColumnDefinition column = {.type = row.type};
     const std::optional<KeyBounds> bounds = BoundsOf(column, row.value);
@@ -95,7 +95,7 @@ std::string KeyOf(const Value& value, bool descending) {
 }
 
 TEST(OrderKey, ComparesAsValuesDo) {
-  const std::vector<std::vector<Value>> kOrdered = {
+  const std::vector<std::vector<Value>> ordered = {
       {Currency{-50000}, -1.5, -1, true},
       {false, std::int16_t{0}, -0.0},
       {Currency{1000}, 0.1},
@@ -103,7 +103,7 @@ TEST(OrderKey, ComparesAsValuesDo) {
       {Currency{9007199254740993}, Currency{9007199254740994}},
   };
   std::vector<Value> values;
-  for (const auto& group : kOrdered) values.insert(values.end(), group.begin(), group.end());
+  for (const auto& group : ordered) values.insert(values.end(), group.begin(), group.end());
   for (const char* text : {"", "a", "A", "a-b", "ab", "B"}) values.emplace_back(Text(text));
   for (const Value& a : values) {
     for (const Value& b : values) {

@@ -5,12 +5,15 @@
 namespace zent::jet::testing {
 namespace {
 
+constexpr const char* kContactsTable =
+    "CREATE TABLE Contacts (Id LONG PRIMARY KEY, Name TEXT(50), Company LONG, Age BYTE, "
+    "Active YESNO, Fee CURRENCY, Notes MEMO, Born DATETIME)";
+
 /// Contacts of four companies; one contact without, one company without.
 void FillFile(SqlFile& file) {
   file.RunAll({
       "CREATE TABLE Companies (Id LONG PRIMARY KEY, Name TEXT(50), City TEXT(30))",
-      "CREATE TABLE Contacts (Id LONG PRIMARY KEY, Name TEXT(50), Company LONG, Age BYTE, "
-      "Active YESNO, Fee CURRENCY, Notes MEMO, Born DATETIME)",
+      kContactsTable,
       "CREATE INDEX ByAge ON Contacts (Age DESC)",
       "CREATE INDEX ByName ON Contacts (Name)",
       "INSERT INTO Companies VALUES (1, 'Acme', 'Bonn')",
@@ -234,14 +237,14 @@ TEST(Select, PutsQueriesTogether) {
 TEST(Select, NamesItsColumns) {
   SqlFile file;
   FillFile(file);
-  const SqlCase kCases[] = {
+  const SqlCase cases[] = {
       {"as the table has them", "SELECT * FROM Companies", "Id|Name|City"},
       {"as written elsewhere", "SELECT NAME FROM Companies", "Name"},
       {"aliases", "SELECT Id AS Number FROM Companies", "Number"},
       {"expressions by their place", "SELECT Id, 1, Id + 1 FROM Companies", "Id|Expr1001|Expr1002"},
       {"columns of two tables", "SELECT c.Id, p.Id FROM Companies c, Contacts p", "c.Id|p.Id"},
   };
-  for (const SqlCase& row : kCases) {
+  for (const SqlCase& row : cases) {
     SCOPED_TRACE(row.what);
     EXPECT_EQ(file.Columns(row.statement), row.outcome);
   }

@@ -6,17 +6,23 @@
 namespace zent::jet::testing {
 namespace {
 
+constexpr const char* kLookupTable =
+    "CREATE TABLE Lookup (LookupFieldName TEXT(50), LookupValue TEXT(100), LookupDesc TEXT(100), "
+    "DisplayOrder TEXT(10))";
+constexpr const char* kConsultantsTable =
+    "CREATE TABLE Consultants (ConsultantID TEXT(20), ConsIntID TEXT(11), DisplayName TEXT(50), "
+    "UserIDs MEMO)";
+constexpr const char* kContactsTable =
+    "CREATE TABLE Contacts (ContactIntID TEXT(11) PRIMARY KEY, DisplayName TEXT(50), Active YESNO)";
+
 void FillKorvo(SqlFile& file) {
   file.RunAll({
       "CREATE TABLE Counters (TableName TEXT(50), CurCount TEXT(20))",
-      "CREATE TABLE Lookup (LookupFieldName TEXT(50), LookupValue TEXT(100), LookupDesc TEXT(100), "
-      "DisplayOrder TEXT(10))",
+      kLookupTable,
       "CREATE INDEX ByField ON Lookup (LookupFieldName, LookupValue)",
       "CREATE TABLE Aliases (Name TEXT(50), Alias TEXT(50))",
-      "CREATE TABLE Consultants (ConsultantID TEXT(20), ConsIntID TEXT(11), DisplayName TEXT(50), "
-      "UserIDs MEMO)",
-      "CREATE TABLE Contacts (ContactIntID TEXT(11) PRIMARY KEY, DisplayName TEXT(50), Active "
-      "YESNO)",
+      kConsultantsTable,
+      kContactsTable,
       "CREATE TABLE Links (FromID TEXT(11), ToID TEXT(11), Type SHORT, SubType SHORT)",
       "CREATE INDEX ByFrom ON Links (FromID)",
       "INSERT INTO Counters VALUES ('SiteID', '0')",
@@ -36,7 +42,7 @@ void FillKorvo(SqlFile& file) {
 TEST(SystemStatements, Run) {
   SqlFile file;
   FillKorvo(file);
-  const SqlCase kCases[] = {
+  const SqlCase cases[] = {
       {"whether a field is there", "SELECT * FROM Counters WHERE 1=2 ", ""},
       {"the site", "SELECT * FROM Counters WHERE TableName='SiteID' ", "SiteID|0"},
       {"a counter", "SELECT * FROM Counters WHERE TableName='companies' ", "Companies|CM00000099"},
@@ -61,7 +67,7 @@ TEST(SystemStatements, Run) {
       {"a part of a text", "SELECT Mid(DisplayName,1,3) FROM Contacts WHERE Active=True", "Ann"},
       {"how many", "SELECT Count(*) FROM Links", "4"},
   };
-  for (const SqlCase& row : kCases) {
+  for (const SqlCase& row : cases) {
     SCOPED_TRACE(row.what);
     EXPECT_EQ(file.Rows(row.statement), row.outcome) << row.statement;
   }
