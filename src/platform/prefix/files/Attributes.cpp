@@ -18,7 +18,6 @@ namespace {
 constexpr const char* kAttributeName = "user.DOSATTRIB";
 constexpr std::uint32_t kStoredBits = kAttributeHidden | kAttributeSystem;
 constexpr mode_t kAllMayWrite = 0222;
-constexpr mode_t kOwnerMayWrite = 0200;
 
 /// The path by which the calls for extended attributes, which know no folder descriptors, find it.
 std::string PathOf(int folder_fd, const std::string& name) {
@@ -58,7 +57,7 @@ std::uint32_t AttributesOf(int folder_fd, const std::string& name, const struct 
 Status StoreAttributes(int folder_fd, const std::string& name, const struct stat& info,
                        std::uint32_t attributes) {
   const mode_t old_mode = info.st_mode & 07777U;
-  const mode_t writable = IsReadOnly(info) ? old_mode | kOwnerMayWrite : old_mode;
+  const mode_t writable = IsReadOnly(info) ? old_mode | S_IWUSR : old_mode;
   const bool read_only = (attributes & kAttributeReadOnly) != 0 && !S_ISDIR(info.st_mode);
   const mode_t new_mode = read_only ? old_mode & ~kAllMayWrite : writable;
 

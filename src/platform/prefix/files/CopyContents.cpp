@@ -84,9 +84,8 @@ Status CopyContents(const Place& source, const Place& target, OldFile old_file) 
   if (!S_ISREG(info.st_mode)) return StandardError(kPathFileAccess);
 
   // Writable until it is dressed: attributes of a file that is not are out of its owner's reach.
-  constexpr mode_t kOwnerMayWrite = 0200;
   Result<Sibling> copy =
-      Sibling::Create(target.entry.folder.get(), (info.st_mode & 0777U) | kOwnerMayWrite);
+      Sibling::Create(target.entry.folder.get(), (info.st_mode & 0777U) | S_IWUSR);
   if (!copy.ok()) return copy.error();
   if (const int error = CopyBytes(from.get(), copy.value().fd()); error != 0) {
     return ErrorOfErrno(error);
