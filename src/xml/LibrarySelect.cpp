@@ -99,24 +99,19 @@ Result<std::vector<Node>> HandlesTo(const xmlXPathObject& found, std::string_vie
 
 }  // namespace
 
-Result<Node> LibrarySelectFirst(std::string_view xpath, Node from) {
-  Evaluation evaluation(xpath, NodeAccess::Raw(from));
-  // By itself first: "a)[2] | (b" is no expression, though it would be one between the brackets.
-  if (Status valid = evaluation.Check(); !valid.ok()) return valid.error();
-  // In this form the evaluator ends the last step with its first node instead of collecting all.
-  Result<LibraryPtr<xmlXPathObject>> found = evaluation.Run("(" + std::string(xpath) + ")[1]");
-  if (!found.ok()) return found.error();
-  const Result<std::vector<Node>> nodes = HandlesTo(*found.value(), xpath);
-  if (!nodes.ok()) return nodes.error();
-  return nodes.value().empty() ? Node() : nodes.value().front();
-}
-
 Result<std::vector<Node>> LibrarySelectAll(std::string_view xpath, Node from) {
   Evaluation evaluation(xpath, NodeAccess::Raw(from));
   Result<LibraryPtr<xmlXPathObject>> found = evaluation.Run(std::string(xpath));
   if (!found.ok()) return found.error();
   xmlXPathNodeSetSort(found.value()->nodesetval);
   return HandlesTo(*found.value(), xpath);
+}
+
+Result<Node> LibrarySelectFirst(std::string_view xpath, Node from) {
+  // All of them: what the evaluator calls the first is not always the first of the document.
+  const Result<std::vector<Node>> nodes = LibrarySelectAll(xpath, from);
+  if (!nodes.ok()) return nodes.error();
+  return nodes.value().empty() ? Node() : nodes.value().front();
 }
 
 }  // namespace zent::xml
