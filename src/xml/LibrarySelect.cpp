@@ -22,25 +22,16 @@ class Evaluation {
   Evaluation(std::string_view xpath, xmlNode* from)
       : xpath_(xpath), from_(from), state_(DocumentAccess::Of(from->doc)) {}
 
-  /// The nodes that `text`, the expression or a variant of it, selects.
-  Result<LibraryPtr<xmlXPathObject>> Run(const std::string& text) {
+  /// The nodes that the expression selects.
+  Result<LibraryPtr<xmlXPathObject>> Run() {
     PrepareContext();
     const LibraryPtr<xmlXPathCompExpr> compiled(
-        xmlXPathCtxtCompile(state_.xpath.get(), XmlText(text)));
+        xmlXPathCtxtCompile(state_.xpath.get(), XmlText(std::string(xpath_))));
     if (!compiled) return Failure();
     LibraryPtr<xmlXPathObject> found(xmlXPathCompiledEval(compiled.get(), state_.xpath.get()));
     if (!found) return Failure();
     if (found->type != XPATH_NODESET) return NoNodes();
     return found;
-  }
-
-  /// An error where the expression by itself does not compile.
-  Status Check() {
-    PrepareContext();
-    const LibraryPtr<xmlXPathCompExpr> compiled(
-        xmlXPathCtxtCompile(state_.xpath.get(), XmlText(std::string(xpath_))));
-    if (compiled) return {};
-    return Failure();
   }
 
  private:
@@ -101,7 +92,7 @@ Result<std::vector<Node>> HandlesTo(const xmlXPathObject& found, std::string_vie
 
 Result<std::vector<Node>> LibrarySelectAll(std::string_view xpath, Node from) {
   Evaluation evaluation(xpath, NodeAccess::Raw(from));
-  Result<LibraryPtr<xmlXPathObject>> found = evaluation.Run(std::string(xpath));
+  Result<LibraryPtr<xmlXPathObject>> found = evaluation.Run();
   if (!found.ok()) return found.error();
   xmlXPathNodeSetSort(found.value()->nodesetval);
   return HandlesTo(*found.value(), xpath);

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <format>
 #include <nlohmann/json.hpp>
 
 #include "jet/fakes/MemoryStorage.h"
@@ -34,11 +35,12 @@ void Compare(const Json& got, const Json& expected, const std::string& place,
   }
   if (got.is_array()) {
     for (std::size_t i = 0; i < got.size(); ++i) {
-      Compare(got[i], expected[i], place + "/" + std::to_string(i), differences);
+      Compare(got[i], expected[i], std::format("{}/{}", place, i), differences);
     }
   } else if (got.is_object()) {
     for (const auto& [key, value] : expected.items()) {
-      Compare(got.contains(key) ? got[key] : Json(), value, place + "/" + key, differences);
+      Compare(got.contains(key) ? got[key] : Json(), value, std::format("{}/{}", place, key),
+              differences);
     }
   }
 }
