@@ -1,4 +1,4 @@
-// Compaction of a database of 200,000 rows with three indexes and memos, about 60 MB, against
+// Compaction of a database of 200,000 rows with three indexes and memos, about 130 MB, against
 // copying the file byte by byte and flushing the copy.
 #include <fcntl.h>
 #include <unistd.h>
@@ -19,6 +19,7 @@ namespace {
 using namespace zent::jet;  // NOLINT(google-build-using-namespace): a program of one file
 
 constexpr std::int32_t kRows = 200'000;
+constexpr int kRounds = 5;
 
 NewTable Contacts() {
   NewTable table{.name = "Contacts"};
@@ -105,14 +106,20 @@ int main() {
   if (!Make(storage, source)) return 1;
 
   bool whole = true;
-  const double ours = zent::bench::BestTime([&] {
+  zent::bench::Times ours;
+  zent::bench::Times theirs;
+  // In turn, so that both meet the machine in the same state.
+  for (int round = 0; round < kRounds; ++round) {
+    theirs.Improve(zent::bench::TimesOf([&] { whole = whole && CopyFile(source, copied); }));
     std::filesystem::remove(compacted);
-    whole = whole && CompactDatabase(storage, {.source = source, .target = compacted}).ok();
-  });
-  const double theirs = zent::bench::BestTime([&] { whole = whole && CopyFile(source, copied); });
-  zent::bench::PrintRatio("compaction: time against copying and flushing the file", ours / theirs,
-                          "at most 3");
-  std::printf("  %.1f MB, %.3f s against %.3f s\n",
-              static_cast<double>(std::filesystem::file_size(source)) / 1e6, ours, theirs);
+    ours.Improve(zent::bench::TimesOf([&] {
+      whole = whole && CompactDatabase(storage, {.source = source, .target = compacted}).ok();
+    }));
+  }
+  zent::bench::PrintRatio("compaction: time against copying and flushing the file",
+                          ours.wall / theirs.wall, "at most 3");
+  std::printf("  %.1f MB, %.3f s against %.3f s; of the processor %.3f s against %.3f s\n",
+              static_cast<double>(std::filesystem::file_size(source)) / 1e6, ours.wall, theirs.wall,
+              ours.processor, theirs.processor);
   return whole ? 0 : 1;
 }

@@ -139,7 +139,6 @@ Result<Table*> Catalog::OpenTableAt(PageNumber definition, std::string_view name
   return OpenOnce(definition, object->name, object);
 }
 
-/// Whether others may have changed what was read of the catalog.
 bool Catalog::MayHaveChanged() const {
   return pager_.sharing() != Sharing::Exclusive && !pager_.in_transaction();
 }

@@ -61,6 +61,10 @@ class Catalog {
   /// Grows whenever an opened table is dropped, for those who keep tables open.
   std::uint64_t generation() const { return generation_; }
 
+  /// Whether others may have changed what was read of the catalog: not while the file is open
+  /// exclusively, nor within a transaction.
+  bool MayHaveChanged() const;
+
   /// Called with each table that is opened, before anyone gets it.
   using TableHook = std::function<Status(Table&)>;
   void SetTableHook(TableHook hook) { hook_ = std::move(hook); }
@@ -73,7 +77,6 @@ class Catalog {
   explicit Catalog(Pager& pager);
 
   Result<ObjectTable*> ObjectRows();
-  bool MayHaveChanged() const;
   bool IsCurrent(Table& table);
   void Drop(PageNumber definition);
   Result<Table*> OpenOnce(PageNumber definition, std::string_view name,

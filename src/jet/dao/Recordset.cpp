@@ -19,9 +19,16 @@ bool Recordset::AtBegin() const { return state_->empty || state_->place == State
 
 bool Recordset::AtEnd() const { return state_->empty || state_->place == State::Place::Behind; }
 
-Result<Table*> Recordset::State::OpenTable() const {
+Result<Table*> Recordset::State::OpenTable() {
   if (Status open = core.CheckOpen(); !open.ok()) return open.error();
-  return core.catalog->OpenTable(table);
+  Catalog& catalog = *core.catalog;
+  // Asked for with every field: looked up by name it would cost more than the row does.
+  const bool kept = kept_table != nullptr && generation == catalog.generation();
+  if (kept && !catalog.MayHaveChanged()) return kept_table;
+  Result<Table*> found = catalog.OpenTable(table);
+  kept_table = found.value_or(nullptr);
+  generation = catalog.generation();
+  return found;
 }
 
 Status Recordset::State::CheckCurrent() const {
@@ -29,7 +36,7 @@ Status Recordset::State::CheckCurrent() const {
   return place == Place::Row ? Status() : Status(JetError(kNoCurrentRecord));
 }
 
-Status Recordset::State::CheckUpdatable() const {
+Status Recordset::State::CheckUpdatable() {
   if (Status writable = core.Writable(); !writable.ok()) return writable;
   if (table.empty()) return JetErrorBecause(kReadOnly, "the rows are a copy");
   const Result<Table*> opened = OpenTable();

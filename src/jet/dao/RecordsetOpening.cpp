@@ -89,7 +89,7 @@ Result<RecordsetOpening::Made> RecordsetOpening::OfTable(std::string_view name,
   Result<std::vector<Field>> fields = FieldsOf(*table.value());
   if (!fields.ok()) return fields.error();
   state->fields = Collection<Field>(std::move(fields.value()));
-  const Recordset::State* const at = state.get();
+  Recordset::State* const at = state.get();
   state->order = std::make_unique<FileOrder>([at] { return at->OpenTable(); });
   return state;
 }

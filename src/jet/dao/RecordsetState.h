@@ -18,10 +18,10 @@ struct Recordset::State {
   State(DatabaseCore& a_core, RecordsetType a_type) : core(a_core), type(a_type) {}
 
   /// The table that the rows are of. Opened anew after a rollback or a change of the schema.
-  Result<Table*> OpenTable() const;
+  Result<Table*> OpenTable();
   /// kNoCurrentRecord, kObjectInvalid.
   Status CheckCurrent() const;
-  Status CheckUpdatable() const;
+  Status CheckUpdatable();
 
   /// Takes the outcome of a move; `beyond` is where it ends without a row.
   enum class Place : std::uint8_t { Before, Row, Behind, Nowhere };
@@ -47,6 +47,9 @@ struct Recordset::State {
   RowPointer row = {};
   RowPointer last_modified = {};
   bool no_match = false;
+
+  Table* kept_table = nullptr;   ///< by OpenTable, for as long as the catalog keeps it
+  std::uint64_t generation = 0;  ///< of the catalog then
 
   EditMode mode = EditMode::None;
   std::vector<Value> values = {};  ///< of the row in work, by position in the definition

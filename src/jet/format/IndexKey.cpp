@@ -123,6 +123,10 @@ struct DataAppender {
   }
 };
 
+RuntimeError NoSortOrder() {
+  return JetErrorBecause(kReadOnly, "the sort order of a text field is not known");
+}
+
 }  // namespace
 
 bool IsCovered(JetVersion version, const ColumnDefinition& column) {
@@ -152,7 +156,7 @@ Result<std::vector<KeyColumn>> KeyColumnsOf(const TableDefinition& table, const 
 
 Status AppendKey(const KeyColumn& column, const Value& value, std::string& key) {
   if (IsText(column.type) && column.collation != kGeneralLegacy) {
-    return JetErrorBecause(kReadOnly, "the sort order of a text field is not known");
+    return NoSortOrder();
   }
   if (IsNull(value) && column.type != ColumnType::Bool) {
     key.push_back(column.ascending ? '\x00' : '\xFF');
@@ -162,6 +166,13 @@ Status AppendKey(const KeyColumn& column, const Value& value, std::string& key) 
   const bool same_type = IsNull(value) ? DataAppender{column, key}(false)
                                        : std::visit(DataAppender{column, key}, value);
   return same_type ? Status() : Status(JetError(kDataTypeConversion));
+}
+
+Status AppendStoredText(const KeyColumn& column, ByteView stored, std::string& key) {
+  if (column.collation != kGeneralLegacy) return NoSortOrder();
+  key.push_back(column.ascending ? '\x7F' : '\x80');
+  AppendStoredTextKey4(stored, column.ascending, key);
+  return {};
 }
 
 Result<std::string> IndexKey(std::span<const KeyColumn> columns, std::span<const Value> values) {

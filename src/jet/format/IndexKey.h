@@ -30,6 +30,9 @@ bool IsCovered(JetVersion version, const ColumnDefinition& column);
 /// kDataTypeConversion for a value of another type than the column's.
 Status AppendKey(const KeyColumn& column, const Value& value, std::string& key);
 
+/// As AppendKey, of the bytes of a field of Jet 4 text, `stored`.
+Status AppendStoredText(const KeyColumn& column, ByteView stored, std::string& key);
+
 /// The key of a row: `values` are those of `columns`, in their order.
 Result<std::string> IndexKey(std::span<const KeyColumn> columns, std::span<const Value> values);
 

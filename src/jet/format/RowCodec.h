@@ -32,6 +32,10 @@ class RowView {
            (row_[mask_ + column.number / 8U] & (1U << (column.number % 8U))) != 0;
   }
 
+  /// Whether the row has as many columns and variable fields as `table` and each field lies behind
+  /// the one before, the first behind the fixed area. Jet 4.
+  bool IsWhole(const TableDefinition& table) const;
+
   enum class FieldState : std::uint8_t { Null, Present, Damaged };
   /// The bytes of a column that is no bool. Damaged: they do not lie within the row.
   FieldState Field(const ColumnDefinition& column, ByteView& bytes) const;

@@ -90,6 +90,19 @@ bool RowView::VariableField(std::size_t slot, std::size_t& start, std::size_t& e
   return start <= end && end <= fixed_end_;
 }
 
+bool RowView::IsWhole(const TableDefinition& table) const {
+  std::size_t end = kCountSizeJet4 + table.FixedAreaSize();
+  if (version_ != JetVersion::Jet4 || column_count_ != table.max_columns) return false;
+  if (table.variable_slots == 0) return end <= mask_;
+  if (!trailer_ || variable_count_ != table.variable_slots) return false;
+  for (std::size_t slot = 0; slot <= variable_count_; ++slot) {
+    const std::size_t next = LoadU16(row_, offsets_ - 2 * slot);
+    if (next < end) return false;
+    end = next;
+  }
+  return end <= fixed_end_;
+}
+
 RowView::FieldState RowView::Field(const ColumnDefinition& column, ByteView& bytes) const {
   if (!Has(column)) return FieldState::Null;
   std::size_t start = 0;

@@ -10,7 +10,6 @@ namespace {
 
 constexpr std::size_t kMinCompressed = 3;
 constexpr std::size_t kMaxCompressed = 1024;
-constexpr std::string_view kCompressedMark = "\xFF\xFE";
 constexpr char16_t kByteOrderMark = 0xFEFF;
 
 /// Most text is of these characters alone; eight at a time.

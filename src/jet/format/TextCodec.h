@@ -10,6 +10,8 @@
 /// with FF FE: runs of single bytes and runs of UTF-16, a zero byte changing from one to the other.
 namespace zent::jet {
 
+inline constexpr std::string_view kCompressedMark = "\xFF\xFE";
+
 /// Puts the text of a field in place of `utf8`. Every sequence of bytes is some text; an odd last
 /// byte is left out.
 void DecodeText(JetVersion version, ByteView bytes, std::string& utf8);

@@ -1,9 +1,11 @@
 #include <algorithm>
+#include <array>
 #include <vector>
 
 #include "base/Utf.h"
 #include "jet/format/Layout.h"
 #include "jet/format/SortOrder.h"
+#include "jet/format/TextCodec.h"
 #include "jet/format/TextKey.h"
 
 namespace zent::jet {
@@ -139,22 +141,37 @@ class KeyStreams {
   std::size_t unplaced_ = 0;    ///< bytes of weight before the first place
 };
 
-/// The streams of a text whose characters are ASCII and codes alone, as most are. False, and
-/// nothing appended, for any other.
-bool AppendAsciiStreams(std::string_view text, std::string& key) {
-  text = text.substr(0, kMaxTextUnits);
-  while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
-  const std::size_t begin = key.size();
-  for (const char character : text) {
-    const AsciiCode& code = AsciiCode4(character);
-    if (code.size == 0) {
-      key.resize(begin);
-      return false;
-    }
-    key.append(code.bytes.data(), code.size);
+/// The streams of a text whose characters are ASCII and codes alone, as most are; `unit_at` gives
+/// its UTF-16 units. False, and nothing appended, for any other.
+template <typename UnitAt>
+bool AppendAsciiStreams(std::size_t length, UnitAt unit_at, std::string& key) {
+  length = std::min(length, kMaxTextUnits);
+  while (length > 0 && unit_at(length - 1) == u' ') --length;
+  std::array<char, 2 * kMaxTextUnits + 1> codes;
+  std::size_t size = 0;
+  for (std::size_t i = 0; i < length; ++i) {
+    const char16_t unit = unit_at(i);
+    if (unit == 0 || unit > 0x7F) return false;
+    const AsciiCode& code = AsciiCode4(static_cast<char>(unit));
+    if (code.size == 0) return false;
+    codes[size++] = code.bytes[0];
+    if (code.size == 2) codes[size++] = code.bytes[1];
   }
-  key.push_back(kEndOfCodes);
+  codes[size++] = kEndOfCodes;
+  key.append(codes.data(), size);
   return true;
+}
+
+/// As AppendAsciiStreams, of a field. A zero byte among compressed characters is no character.
+bool AppendStoredStreams(ByteView stored, std::string& key) {
+  if (AsText(stored).starts_with(kCompressedMark)) {
+    const ByteView bytes = stored.subspan(kCompressedMark.size());
+    return AppendAsciiStreams(
+        bytes.size(), [bytes](std::size_t i) { return char16_t{bytes[i]}; }, key);
+  }
+  return AppendAsciiStreams(
+      stored.size() / 2,
+      [stored](std::size_t i) { return static_cast<char16_t>(LoadU16(stored, 2 * i)); }, key);
 }
 
 void AppendStreams(std::string_view utf8, std::string& key) {
@@ -164,11 +181,8 @@ void AppendStreams(std::string_view utf8, std::string& key) {
   streams.Finish();
 }
 
-}  // namespace
-
-void AppendTextKey4(std::string_view utf8, bool ascending, std::string& key) {
-  const std::size_t begin = key.size();
-  if (!AppendAsciiStreams(utf8, key)) AppendStreams(utf8, key);
+/// Ends the key that begins at `begin` and turns it.
+void EndKey(std::size_t begin, bool ascending, std::string& key) {
   if (!ascending) {
     key.push_back(kEndOfKey);
     std::transform(key.begin() + static_cast<std::ptrdiff_t>(begin), key.end(),
@@ -176,6 +190,25 @@ void AppendTextKey4(std::string_view utf8, bool ascending, std::string& key) {
                    [](char c) { return static_cast<char>(~c); });
   }
   key.push_back(kEndOfKey);
+}
+
+}  // namespace
+
+void AppendTextKey4(std::string_view utf8, bool ascending, std::string& key) {
+  const std::size_t begin = key.size();
+  const auto unit_at = [utf8](std::size_t i) {
+    return char16_t{static_cast<unsigned char>(utf8[i])};
+  };
+  if (!AppendAsciiStreams(utf8.size(), unit_at, key)) AppendStreams(utf8, key);
+  EndKey(begin, ascending, key);
+}
+
+void AppendStoredTextKey4(ByteView stored, bool ascending, std::string& key) {
+  const std::size_t begin = key.size();
+  if (!AppendStoredStreams(stored, key)) {
+    AppendStreams(DecodeText(JetVersion::Jet4, stored), key);
+  }
+  EndKey(begin, ascending, key);
 }
 
 bool SameKey(std::string_view a, std::string_view b) {

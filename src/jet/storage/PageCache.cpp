@@ -40,11 +40,11 @@ PageCache::PageCache(std::size_t page_size, std::size_t capacity)
 PageCache::~PageCache() = default;
 
 PageFrame* PageCache::Find(PageNumber page) {
-  const auto found = frames_.find(page);
-  if (found == frames_.end()) return nullptr;
-  PageFrame& frame = *found->second;
-  if (frame.reusable) reusable_.splice(reusable_.end(), reusable_, frame.place);
-  return &frame;
+  PageFrame* const frame = At(page);
+  if (frame != nullptr && frame->reusable) {
+    reusable_.splice(reusable_.end(), reusable_, frame->place);
+  }
+  return frame;
 }
 
 PageFrame* PageCache::Add(PageNumber page) {
@@ -56,16 +56,33 @@ PageFrame* PageCache::Add(PageNumber page) {
     ++held_;
   } else {
     if (reusable_.empty()) return nullptr;
-    const auto oldest = frames_.find(reusable_.front()->page);
-    Hide(*oldest->second);
-    frame = std::move(oldest->second);
-    frames_.erase(oldest);
+    PageFrame& oldest = *reusable_.front();
+    Hide(oldest);
+    frame = Take(oldest);
   }
   frame->page = page;
   PageFrame& added = *frame;
-  frames_.emplace(page, std::move(frame));
+  Put(std::move(frame));
   Settle(added);
   return &added;
+}
+
+std::unique_ptr<PageFrame> PageCache::Take(PageFrame& frame) {
+  by_page_[frame.page] = nullptr;
+  std::unique_ptr<PageFrame> taken = std::move(frames_[frame.index]);
+  if (frame.index + 1 < frames_.size()) {
+    frames_[frame.index] = std::move(frames_.back());
+    frames_[frame.index]->index = frame.index;
+  }
+  frames_.pop_back();
+  return taken;
+}
+
+void PageCache::Put(std::unique_ptr<PageFrame> frame) {
+  if (frame->page >= by_page_.size()) by_page_.resize(frame->page + std::size_t{1});
+  by_page_[frame->page] = frame.get();
+  frame->index = frames_.size();
+  frames_.push_back(std::move(frame));
 }
 
 std::size_t PageCache::room() const {
@@ -89,37 +106,36 @@ void PageCache::MarkClean(PageFrame& frame) {
 std::vector<PageNumber> PageCache::DirtyPages(bool settled) const {
   std::vector<PageNumber> pages;
   pages.reserve(dirty_count_);
-  for (const auto& [page, frame] : frames_) {
-    if (frame->dirty && !(settled && frame->edits > 0)) pages.push_back(page);
+  for (const auto& frame : frames_) {
+    if (frame->dirty && !(settled && frame->edits > 0)) pages.push_back(frame->page);
   }
   std::sort(pages.begin(), pages.end());
   return pages;
 }
 
 void PageCache::Drop(PageNumber page) {
-  const auto found = frames_.find(page);
-  if (found == frames_.end()) return;
-  MarkClean(*found->second);
-  Hide(*found->second);
-  if (found->second->pinned()) {
-    found->second->dropped = true;
-    dropped_.push_back(std::move(found->second));
+  PageFrame* const frame = At(page);
+  if (frame == nullptr) return;
+  MarkClean(*frame);
+  Hide(*frame);
+  std::unique_ptr<PageFrame> taken = Take(*frame);
+  if (taken->pinned()) {
+    taken->dropped = true;
+    dropped_.push_back(std::move(taken));
   } else {
     --held_;
   }
-  frames_.erase(found);
 }
 
 bool PageCache::PinnedFrom(PageNumber first) const {
-  return std::any_of(frames_.begin(), frames_.end(), [&](const auto& entry) {
-    return entry.first >= first && entry.second->pinned();
-  });
+  return std::any_of(frames_.begin(), frames_.end(),
+                     [&](const auto& frame) { return frame->page >= first && frame->pinned(); });
 }
 
 void PageCache::DropFrom(PageNumber first) {
   std::vector<PageNumber> pages;
-  for (const auto& [page, frame] : frames_) {
-    if (page >= first) pages.push_back(page);
+  for (const auto& frame : frames_) {
+    if (frame->page >= first) pages.push_back(frame->page);
   }
   for (const PageNumber page : pages) Drop(page);
 }

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <list>
 #include <memory>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -18,10 +17,11 @@ class PageCache;
 /// One page in memory.
 struct PageFrame {
   PageNumber page = 0;
-  int views = 0;         ///< PageViews that pin it
-  int edits = 0;         ///< PageEdits that pin it
-  bool dirty = false;    ///< differs from the file
-  bool dropped = false;  ///< no longer in the cache: goes with its last pin
+  int views = 0;          ///< PageViews that pin it
+  int edits = 0;          ///< PageEdits that pin it
+  bool dirty = false;     ///< differs from the file
+  bool dropped = false;   ///< no longer in the cache: goes with its last pin
+  std::size_t index = 0;  ///< among the frames that are found
   std::unique_ptr<std::uint8_t[]> bytes;
   std::list<PageFrame*> apart;            ///< holds `place` while no list of the cache does
   std::list<PageFrame*>::iterator place;  ///< moves between the lists and is never made anew
@@ -79,7 +79,7 @@ class PageCache {
 
   /// The frame of a page, moved to the young end; null when it is not held.
   PageFrame* Find(PageNumber page);
-  bool Holds(PageNumber page) const { return frames_.contains(page); }
+  bool Holds(PageNumber page) const { return At(page) != nullptr; }
   /// A frame for a page that is not held, its bytes undefined; null when every frame is dirty or
   /// pinned.
   PageFrame* Add(PageNumber page);
@@ -105,6 +105,11 @@ class PageCache {
   friend class PageView;
   friend class PageEdit;
 
+  PageFrame* At(PageNumber page) const { return page < by_page_.size() ? by_page_[page] : nullptr; }
+  /// Takes a frame from those that are found.
+  std::unique_ptr<PageFrame> Take(PageFrame& frame);
+  void Put(std::unique_ptr<PageFrame> frame);
+
   void Pin(PageFrame& frame, bool edit);
   void Unpin(PageFrame& frame, bool edit);
   void Settle(PageFrame& frame);
@@ -116,7 +121,8 @@ class PageCache {
   std::size_t held_ = 0;
   std::size_t dirty_count_ = 0;
   int edits_ = 0;
-  std::unordered_map<PageNumber, std::unique_ptr<PageFrame>> frames_;
+  std::vector<std::unique_ptr<PageFrame>> frames_;   ///< those that are found, in any order
+  std::vector<PageFrame*> by_page_;                  ///< the same by page number; null: not held
   std::vector<std::unique_ptr<PageFrame>> dropped_;  ///< pinned, no longer found
   std::list<PageFrame*> reusable_;                   ///< clean and unpinned, the oldest first
 };

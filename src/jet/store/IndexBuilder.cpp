@@ -1,6 +1,7 @@
 #include "jet/store/IndexBuilder.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "jet/format/JetErrors.h"
@@ -24,7 +25,17 @@ Status IndexBuilder::Add(std::string_view key, RowPointer row) {
   if (!entries.empty() && CompareEntries(entries.back().key, entries.back().row, key, row) >= 0) {
     return JetErrorBecause(kInvalidArgument, "the entries of an index are not in order");
   }
-  return AddTo(0, {.key = std::string(key), .row = row});
+  return AddTo(0, NewEntry(key, row));
+}
+
+IndexEntry IndexBuilder::NewEntry(std::string_view key, RowPointer row) {
+  if (spent_.empty()) return {.key = std::string(key), .row = row};
+  IndexEntry entry = std::move(spent_.back());
+  spent_.pop_back();
+  entry.key = key;
+  entry.row = row;
+  entry.child = 0;
+  return entry;
 }
 
 bool IndexBuilder::HasRoom(const Level& level, const IndexEntry& entry) const {
@@ -69,11 +80,13 @@ Status IndexBuilder::Flush(std::size_t depth, PageNumber next_child) {
   promoted.child = full.page;
   if (Status written = Write(full, full.page); !written.ok()) return written;
 
+  std::move(full.content.entries.begin(), full.content.entries.end(), std::back_inserter(spent_));
   levels_[depth] = {.content = {.level = full.content.level,
                                 .leaf = full.content.leaf,
                                 .owner = full.content.owner,
                                 .previous = full.page},
                     .page = next.value()};
+  levels_[depth].content.entries.reserve(full.content.entries.size());
   if (depth + 1 == levels_.size()) {
     Level above;
     above.content.level = static_cast<std::uint8_t>(full.content.level + 1);

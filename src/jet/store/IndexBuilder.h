@@ -30,6 +30,8 @@ class IndexBuilder {
     std::size_t bytes = 0;  ///< of the entries, unpacked
   };
 
+  /// An entry in the memory of one that was written.
+  IndexEntry NewEntry(std::string_view key, RowPointer row);
   Status AddTo(std::size_t depth, IndexEntry entry);
   Status Flush(std::size_t depth, PageNumber next_child);
   bool HasRoom(const Level& level, const IndexEntry& entry) const;
@@ -38,7 +40,8 @@ class IndexBuilder {
 
   IndexTree& tree_;
   std::size_t room_;
-  std::vector<Level> levels_;  ///< from the leaves up
+  std::vector<Level> levels_;      ///< from the leaves up
+  std::vector<IndexEntry> spent_;  ///< entries that were written
 };
 
 }  // namespace zent::jet

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <unordered_set>
+#include <vector>
 
 #include "jet/format/JetErrors.h"
 
@@ -55,16 +56,17 @@ class ChainWalk {
   std::unordered_set<std::uint32_t> seen_;
 };
 
-Result<std::string> ReadChain(Pager& pager, const LongValueDescriptor& value, PageNumber page) {
-  std::string bytes;
-  bytes.reserve(value.length);
-  for (ChainWalk walk(pager, value.first); bytes.size() < value.length;) {
+Status ReadChain(Pager& pager, const LongValueDescriptor& descriptor, PageNumber page,
+                 std::string& value) {
+  value.clear();
+  value.reserve(descriptor.length);
+  for (ChainWalk walk(pager, descriptor.first); value.size() < descriptor.length;) {
     if (walk.done()) return Damaged(page, "a long value ends before its length");
     const Result<ValueRow> row = walk.Step();
-    if (!row.ok()) return row.error();
-    bytes += AsText(row.value().bytes).substr(0, value.length - bytes.size());
+    if (!row.ok()) return row.status();
+    value += AsText(row.value().bytes).substr(0, descriptor.length - value.size());
   }
-  return bytes;
+  return {};
 }
 
 Result<std::vector<RowPointer>> RowsOf(Pager& pager, const LongValueDescriptor& value) {
@@ -78,37 +80,75 @@ Result<std::vector<RowPointer>> RowsOf(Pager& pager, const LongValueDescriptor& 
   return rows;
 }
 
+/// Makes the row `at` of a chain lead to `next`.
+Status SetNext(Pager& pager, RowPointer at, RowPointer next) {
+  Result<PageEdit> edit = pager.Edit(at.page);
+  if (!edit.ok()) return edit.error();
+  const MutableBytes page = edit.value().bytes();
+  const Result<DataPageView> view = DataPageView::Open(pager.version(), page, at.page);
+  if (!view.ok()) return view.error();
+  const Result<Slot> slot = view.value().At(at.row);
+  if (!slot.ok()) return slot.error();
+  StoreU32(page, static_cast<std::size_t>(slot.value().bytes.data() - page.data()), next.packed());
+  return {};
+}
+
+// From the first row to the last, so that the pages of a value follow each other in a new file.
+Result<RowPointer> StoreChain(Pager& pager, ByteView value, const LongValueSink& insert) {
+  const std::size_t most = pager.layout().data.max_long_value_row - kPointerSize;
+  RowPointer first;
+  RowPointer previous;
+  for (std::string row; !value.empty();) {
+    const std::size_t count = std::min(most, value.size());
+    row.assign(kPointerSize, '\0');
+    row += AsText(value.first(count));
+    value = value.subspan(count);
+    Result<RowPointer> at = insert(AsBytes(row));
+    if (!at.ok()) return at;
+    if (first.page == 0) {
+      first = at.value();
+    } else if (Status linked = SetNext(pager, previous, at.value()); !linked.ok()) {
+      return linked.error();
+    }
+    previous = at.value();
+  }
+  return first;
+}
+
 }  // namespace
 
-Result<std::string> ReadLongValue(Pager& pager, ByteView field, PageNumber page) {
+Status ReadLongValue(Pager& pager, ByteView field, PageNumber page, std::string& value) {
   const Result<LongValueDescriptor> parsed = ParseLongValue(field, page);
-  if (!parsed.ok()) return parsed.error();
-  const LongValueDescriptor& value = parsed.value();
-  if (value.kind == LongValueKind::Inline) return std::string(AsText(value.data));
-  if (value.length > std::uint64_t{pager.page_count()} * pager.page_size()) {
+  if (!parsed.ok()) return parsed.status();
+  const LongValueDescriptor& descriptor = parsed.value();
+  if (descriptor.kind == LongValueKind::Inline) {
+    value = AsText(descriptor.data);
+    return {};
+  }
+  if (descriptor.length > std::uint64_t{pager.page_count()} * pager.page_size()) {
     return Damaged(page, "a long value that is longer than the file");
   }
   const ReadScope scope(pager);
-  if (!scope.status().ok()) return scope.status().error();
-  if (value.kind == LongValueKind::Chain) return ReadChain(pager, value, page);
+  if (!scope.status().ok()) return scope.status();
+  if (descriptor.kind == LongValueKind::Chain) return ReadChain(pager, descriptor, page, value);
 
-  const Result<ValueRow> row = ReadRow(pager, value.first);
-  if (!row.ok()) return row.error();
-  if (row.value().bytes.size() < value.length) {
-    return Damaged(value.first.page, "a long value ends before its length");
+  const Result<ValueRow> row = ReadRow(pager, descriptor.first);
+  if (!row.ok()) return row.status();
+  if (row.value().bytes.size() < descriptor.length) {
+    return Damaged(descriptor.first.page, "a long value ends before its length");
   }
-  return std::string(AsText(row.value().bytes).substr(0, value.length));
+  value = AsText(row.value().bytes).substr(0, descriptor.length);
+  return {};
 }
 
-// A row of a long value is named by one field alone, so that its slot may be used again.
-LongValues::LongValues(UsageMaps& maps, const LongValueMaps& column)
-    : pages_(maps, {.number = kLongValueOwner,
-                    .owned = column.owned,
-                    .free = column.free,
-                    .reuses_slots = true}) {}
+Result<std::string> ReadLongValue(Pager& pager, ByteView field, PageNumber page) {
+  std::string value;
+  if (Status read = ReadLongValue(pager, field, page, value); !read.ok()) return read.error();
+  return value;
+}
 
-Result<std::string> LongValues::Write(ByteView value) {
-  const Layout& layout = pages_.maps().pager().layout();
+Result<std::string> StoreLongValue(Pager& pager, ByteView value, const LongValueSink& insert) {
+  const Layout& layout = pager.layout();
   if (value.size() > kMaxLongValue) return JetError(kFieldTooSmall);
   const auto length = static_cast<std::uint32_t>(value.size());
   const auto field = [&](LongValueKind kind, RowPointer first) {
@@ -119,44 +159,21 @@ Result<std::string> LongValues::Write(ByteView value) {
     return field(LongValueKind::Inline, {}).append(AsText(value));
   }
   const bool single = length <= layout.data.max_long_value_row;
-  const Result<RowPointer> first = single ? pages_.Insert(value, SlotKind::Row) : WriteChain(value);
+  const Result<RowPointer> first = single ? insert(value) : StoreChain(pager, value, insert);
   if (!first.ok()) return first.error();
   return field(single ? LongValueKind::Single : LongValueKind::Chain, first.value());
 }
 
-// From the first row to the last, so that the pages of a value follow each other in a new file.
-Result<RowPointer> LongValues::WriteChain(ByteView value) {
-  const std::size_t most = pages_.maps().pager().layout().data.max_long_value_row - kPointerSize;
-  RowPointer first;
-  RowPointer previous;
-  for (std::string row; !value.empty();) {
-    const std::size_t count = std::min(most, value.size());
-    row.assign(kPointerSize, '\0');
-    row += AsText(value.first(count));
-    value = value.subspan(count);
-    Result<RowPointer> at = pages_.Insert(AsBytes(row), SlotKind::Row);
-    if (!at.ok()) return at;
-    if (first.page == 0) {
-      first = at.value();
-    } else if (Status linked = SetNext(previous, at.value()); !linked.ok()) {
-      return linked.error();
-    }
-    previous = at.value();
-  }
-  return first;
-}
+// A row of a long value is named by one field alone, so that its slot may be used again.
+LongValues::LongValues(UsageMaps& maps, const LongValueMaps& column)
+    : pages_(maps, {.number = kLongValueOwner,
+                    .owned = column.owned,
+                    .free = column.free,
+                    .reuses_slots = true}) {}
 
-Status LongValues::SetNext(RowPointer at, RowPointer next) {
-  Result<PageEdit> edit = pages_.Edit(at.page);
-  if (!edit.ok()) return edit.error();
-  const MutableBytes page = edit.value().bytes();
-  const Result<DataPageView> view =
-      DataPageView::Open(pages_.maps().pager().version(), page, at.page);
-  if (!view.ok()) return view.error();
-  const Result<Slot> slot = view.value().At(at.row);
-  if (!slot.ok()) return slot.error();
-  StoreU32(page, static_cast<std::size_t>(slot.value().bytes.data() - page.data()), next.packed());
-  return {};
+Result<std::string> LongValues::Write(ByteView value) {
+  return StoreLongValue(pages_.maps().pager(), value,
+                        [this](ByteView row) { return pages_.Insert(row, SlotKind::Row); });
 }
 
 Status LongValues::Release(ByteView field, PageNumber page) {

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <functional>
 #include <string>
-#include <vector>
 
 #include "base/Status.h"
 #include "jet/format/Bytes.h"
@@ -15,23 +15,28 @@ namespace zent::jet {
 /// The bytes of the memo or OLE value that `field` describes; `page` is that of the row, for
 /// errors. Values longer than the file, chains that end early and chains that loop are damage.
 Result<std::string> ReadLongValue(Pager& pager, ByteView field, PageNumber page);
+/// As above, in place of what `value` holds.
+Status ReadLongValue(Pager& pager, ByteView field, PageNumber page, std::string& value);
+
+/// Puts a row on a page of a column's long values.
+using LongValueSink = std::function<Result<RowPointer>(ByteView row)>;
+
+/// Stores a value and returns the bytes of its field: descriptor and value where it is short, else
+/// the descriptor of the row or the chain of rows that `insert` puts somewhere.
+Result<std::string> StoreLongValue(Pager& pager, ByteView value, const LongValueSink& insert);
 
 /// Writes and releases the values of one column.
 class LongValues {
  public:
   LongValues(UsageMaps& maps, const LongValueMaps& column);
 
-  /// Stores a value and returns the bytes of its field: descriptor and value where it is short,
-  /// else the descriptor of the row or the chain of rows that it went to.
+  /// Stores a value where there is room and returns the bytes of its field.
   Result<std::string> Write(ByteView value);
 
   /// Releases the rows of the value that `field` describes. All are checked before one goes.
   Status Release(ByteView field, PageNumber page);
 
  private:
-  Result<RowPointer> WriteChain(ByteView value);
-  Status SetNext(RowPointer at, RowPointer next);
-
   RowPages pages_;
 };
 

@@ -52,7 +52,7 @@ Status WriteCopy(Storage& storage, Catalog& source, const FileHeader& header,
   options.like = compaction.source;
   const Result<std::unique_ptr<Pager>> target = MakeNewFile(storage, path, header, options);
   if (!target.ok()) return target.status();
-  FileCopier copier(source, *target.value(), compaction.cache_bytes);
+  FileCopier copier(source, *target.value(), compaction.sort_bytes);
   if (Status copied = copier.Run(); !copied.ok()) return copied;
   return target.value()->Commit();
 }

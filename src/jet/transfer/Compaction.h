@@ -14,8 +14,10 @@ struct Compaction {
   std::string target = {};
   std::string password = {};                     ///< of the source
   std::optional<std::string> new_password = {};  ///< nothing: that of the source; empty: none
-  /// Of each of the two files; keys that are sorted may take as much again.
-  std::size_t cache_bytes = std::size_t{64} << 20U;
+  /// Of each of the two files. Their pages are needed once: what stays in the processor's cache is
+  /// worth more than many of them.
+  std::size_t cache_bytes = std::size_t{2} << 20U;
+  std::size_t sort_bytes = std::size_t{64} << 20U;  ///< of the keys of a table
 };
 
 /// Writes everything that a database holds into a new file, densely: all tables with their rows in

@@ -97,7 +97,7 @@ bool HasSameLayout(const TableDefinition& source, const TableDefinition& table) 
   for (std::size_t i = 0; i < table.columns.size(); ++i) {
     const ColumnDefinition& a = source.columns[i];
     const ColumnDefinition& b = table.columns[i];
-    if (IsLong(a.type) || a.number != b.number) return false;
+    if (a.number != b.number) return false;
     if (a.type == ColumnType::Bool) continue;
     if (a.IsFixed() ? a.fixed_offset != b.fixed_offset : a.slot != b.slot) return false;
   }

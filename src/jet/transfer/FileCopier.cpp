@@ -6,6 +6,7 @@
 #include "base/CaseFold.h"
 #include "jet/format/JetErrors.h"
 #include "jet/transfer/RowReader.h"
+#include "jet/transfer/StoredRowCopier.h"
 #include "jet/transfer/TableLoader.h"
 #include "jet/transfer/TableMaker.h"
 
@@ -82,17 +83,16 @@ Status FileCopier::CopyRows(TableStore& from, const DenseDefinition& dense, Page
   const Result<std::unique_ptr<TableLoader>> loader = TableLoader::Open(maps_, to, sort_bytes_);
   if (!loader.ok()) return loader.status();
   RowReader reader(from, dense.from, loader.value()->table());
+  StoredRowCopier copier(from, *loader.value());
   RowScan scan(from.rows());
   for (;;) {
     const Result<bool> more = scan.Next();
     if (!more.ok()) return more.status();
     if (!more.value()) return loader.value()->Finish(true);
-    // A row that is older than some columns is made anew, with all of them.
-    const bool whole =
-        scan.bytes().size() > 2 && LoadU16(scan.bytes(), 0) == dense.table.max_columns;
-    if (dense.same_layout && whole) {
-      if (Status added = loader.value()->AddStored(scan.bytes()); !added.ok()) return added;
-      continue;
+    if (dense.same_layout) {
+      const Result<bool> copied = copier.Copy(scan.bytes(), scan.page());
+      if (!copied.ok()) return copied.status();
+      if (copied.value()) continue;
     }
     const Result<RowFields*> fields = reader.Read(scan.bytes(), scan.page());
     if (!fields.ok()) return fields.status();

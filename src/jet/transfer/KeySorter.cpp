@@ -8,6 +8,8 @@
 namespace zent::jet {
 namespace {
 
+constexpr std::size_t kAhead = 8;
+
 /// The first bytes of a key as a number that compares as they do.
 std::uint64_t HeadOf(std::string_view key) {
   std::uint64_t head = 0;
@@ -27,12 +29,19 @@ bool KeySorter::Before(const Entry& a, const Entry& b) const {
 }
 
 Status KeySorter::Add(std::string_view key, RowPointer row) {
-  if (key.size() > kMaxIndexKey) return JetError(kRecordTooLarge);
-  entries_.push_back({.head = 0,
-                      .at = keys_.size(),
-                      .length = static_cast<std::uint32_t>(key.size()),
-                      .row = row});
   keys_ += key;
+  return AddKey(row);
+}
+
+Status KeySorter::AddKey(RowPointer row) {
+  const std::size_t length = keys_.size() - begin_;
+  if (length > kMaxIndexKey) {
+    DropKey();
+    return JetError(kRecordTooLarge);
+  }
+  entries_.push_back(
+      {.head = 0, .at = begin_, .length = static_cast<std::uint32_t>(length), .row = row});
+  begin_ = keys_.size();
   const std::size_t held = keys_.size() + entries_.size() * sizeof(Entry);
   return held < limit_ ? Status() : Flush();
 }
@@ -53,17 +62,22 @@ void KeySorter::SetHeads() {
   for (Entry& entry : entries_) entry.head = HeadOf(KeyOf(entry).substr(common.size()));
 }
 
-Status KeySorter::Flush() {
+void KeySorter::Sort() {
   SetHeads();
   const auto before = [this](const Entry& a, const Entry& b) { return Before(a, b); };
   // Rows often come in the order of a key.
   if (!std::is_sorted(entries_.begin(), entries_.end(), before)) {
     std::sort(entries_.begin(), entries_.end(), before);
   }
+}
+
+Status KeySorter::Flush() {
+  Sort();
   Status done = built_ ? Insert() : Build();
   built_ = true;
   entries_.clear();
   keys_.clear();
+  begin_ = 0;
   return done;
 }
 
@@ -75,9 +89,12 @@ Status KeySorter::CheckUnique(std::string_view key, bool known) const {
 Status KeySorter::Build() {
   IndexBuilder builder(tree_);
   const Entry* last = nullptr;
-  for (const Entry& entry : entries_) {
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    // In order the keys lie all over the memory: ask for them before they are needed.
+    if (i + kAhead < entries_.size()) __builtin_prefetch(&keys_[entries_[i + kAhead].at]);
+    const Entry& entry = entries_[i];
     const std::string_view key = KeyOf(entry);
-    const bool known = last != nullptr && KeyOf(*last) == key;
+    const bool known = last != nullptr && last->head == entry.head && KeyOf(*last) == key;
     if (Status allowed = CheckUnique(key, known); !allowed.ok()) return allowed;
     if (Status added = builder.Add(key, entry.row); !added.ok()) return added;
     if (!known) ++distinct_;

@@ -21,6 +21,11 @@ class KeySorter {
       : tree_(tree), unique_(unique), null_key_(std::move(null_key)), limit_(bytes) {}
 
   Status Add(std::string_view key, RowPointer row);
+  /// As above in two steps, without a copy: the key is appended to `keys`, then AddKey or DropKey
+  /// says what becomes of it.
+  std::string& keys() { return keys_; }
+  Status AddKey(RowPointer row);
+  void DropKey() { keys_.resize(begin_); }
   /// Completes the tree. Nothing may be added afterwards.
   Status Finish();
   /// Different keys, once finished.
@@ -40,6 +45,7 @@ class KeySorter {
     return std::string_view(keys_).substr(entry.at, entry.length);
   }
   void SetHeads();
+  void Sort();
   bool Before(const Entry& a, const Entry& b) const;
   Status Flush();
   Status Build();
@@ -52,6 +58,7 @@ class KeySorter {
   std::size_t limit_;
   std::string keys_;
   std::vector<Entry> entries_;
+  std::size_t begin_ = 0;  ///< of the next key
   bool built_ = false;
   std::uint32_t distinct_ = 0;
 };

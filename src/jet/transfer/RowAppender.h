@@ -1,6 +1,6 @@
 #pragma once
 
-#include <optional>
+#include <vector>
 
 #include "base/Status.h"
 #include "jet/format/Bytes.h"
@@ -9,22 +9,27 @@
 
 namespace zent::jet {
 
-/// Fills new pages of an owner with rows, one page after the other.
+/// Fills new pages of an owner with rows.
 class RowAppender {
  public:
-  RowAppender(UsageMaps& maps, const RowPages::Owner& owner) : maps_(maps), owner_(owner) {}
+  /// `most_open`: pages that are filled at a time. With one the rows stay in their order; with more
+  /// a row that one page has no room for does not keep the next ones off it.
+  RowAppender(UsageMaps& maps, const RowPages::Owner& owner, std::size_t most_open)
+      : maps_(maps), owner_(owner), most_open_(most_open) {}
 
   /// kRecordTooLarge for a row that is longer than a page takes.
   Result<RowPointer> Append(ByteView row);
-  /// Notes the room of the last page. Nothing may be appended afterwards.
-  Status Finish() { return ClosePage(); }
+  /// Notes the room of the last pages. Nothing may be appended afterwards.
+  Status Finish();
 
  private:
+  /// Closes the page with the least room.
   Status ClosePage();
 
   UsageMaps& maps_;
   RowPages::Owner owner_;
-  std::optional<PageEdit> page_;
+  std::size_t most_open_;
+  std::vector<PageEdit> pages_;  ///< being filled
 };
 
 }  // namespace zent::jet

@@ -8,6 +8,9 @@
 namespace zent::jet {
 namespace {
 
+// Long values come in all lengths: a few pages at a time leave little room unused.
+constexpr std::size_t kOpenLongValuePages = 4;
+
 /// The key of a row whose columns are all null.
 Result<std::string> NullKey(const std::vector<KeyColumn>& columns) {
   return IndexKey(columns, std::vector<Value>(columns.size()));
@@ -26,13 +29,19 @@ TableLoader::TableLoader(UsageMaps& maps, StoredDefinition definition)
     : maps_(maps),
       table_(std::move(definition.table)),
       pages_(std::move(definition.pages)),
-      appender_(maps, {.number = pages_.front(),
-                       .owned = table_.owned_map,
-                       .free = table_.free_map,
-                       .reuses_slots = false}),
+      appender_(maps,
+                {.number = pages_.front(),
+                 .owned = table_.owned_map,
+                 .free = table_.free_map,
+                 .reuses_slots = false},
+                1),
       builder_(table_) {
   for (const LongValueMaps& column : table_.long_value_maps) {
-    long_values_.emplace(column.column, LongValues(maps, column));
+    const RowPages::Owner owner = {.number = kLongValueOwner,
+                                   .owned = column.owned,
+                                   .free = column.free,
+                                   .reuses_slots = true};
+    long_values_.try_emplace(column.column, maps, owner, kOpenLongValuePages);
   }
 }
 
@@ -78,11 +87,7 @@ Status TableLoader::Add(RowFields& fields) {
   for (std::size_t i = 0; i < fields.size(); ++i) {
     FieldBytes& field = fields[i];
     if (!IsLong(table_.columns[i].type) || !field.present || field.stored) continue;
-    const auto values = long_values_.find(table_.columns[i].number);
-    if (values == long_values_.end()) {
-      return Damaged(pages_.front(), "a memo or OLE field without maps");
-    }
-    Result<std::string> stored = values->second.Write(AsBytes(field.bytes));
+    Result<std::string> stored = StoreLongValue(table_.columns[i].number, AsBytes(field.bytes));
     if (!stored.ok()) return stored.error();
     field.bytes = std::move(stored.value());
     field.stored = true;
@@ -92,7 +97,18 @@ Status TableLoader::Add(RowFields& fields) {
   return AddStored(row.value());
 }
 
+Result<std::string> TableLoader::StoreLongValue(std::uint16_t column, ByteView value) {
+  const auto values = long_values_.find(column);
+  if (values == long_values_.end()) {
+    return Damaged(pages_.front(), "a memo or OLE field without maps");
+  }
+  RowAppender& rows = values->second;
+  return zent::jet::StoreLongValue(maps_.pager(), value,
+                                   [&rows](ByteView row) { return rows.Append(row); });
+}
+
 Status TableLoader::AddStored(ByteView row) {
+  if (row.size() > maps_.pager().layout().data.max_row) return JetError(kRecordTooLarge);
   const Result<RowPointer> at = appender_.Append(row);
   if (!at.ok()) return at.error();
   ++rows_;
@@ -105,22 +121,32 @@ Status TableLoader::AddStored(ByteView row) {
   return {};
 }
 
+Status TableLoader::AppendColumn(const ColumnDefinition& column, const KeyColumn& key_column,
+                                 const RowView& row, RowPointer at, std::string& key,
+                                 std::size_t& nulls) {
+  ByteView bytes;
+  if (column.type == ColumnType::Text && table_.version == JetVersion::Jet4 &&
+      row.Field(column, bytes) == RowView::FieldState::Present) {
+    return AppendStoredText(key_column, bytes, key);
+  }
+  const Result<Value> value = FieldValue(maps_.pager(), column, row, at.page);
+  if (!value.ok()) return value.status();
+  nulls += IsNull(value.value()) ? 1U : 0U;
+  return AppendKey(key_column, value.value(), key);
+}
+
 Status TableLoader::AddKey(LoadedIndex& index, const RowView& row, RowPointer at) {
-  values_.clear();
+  KeySorter& sorter = *index.sorter;
   std::size_t nulls = 0;
-  for (const ColumnDefinition* const column : index.columns) {
-    Result<Value> value = FieldValue(maps_.pager(), *column, row, at.page);
-    if (!value.ok()) return value.error();
-    nulls += IsNull(value.value()) ? 1U : 0U;
-    values_.push_back(std::move(value.value()));
+  for (std::size_t i = 0; i < index.columns.size(); ++i) {
+    Status made =
+        AppendColumn(*index.columns[i], index.key_columns[i], row, at, sorter.keys(), nulls);
+    if (!made.ok()) return made;
   }
   if (index.required && nulls > 0) return JetError(kNullInKey);
-  if (index.ignores_nulls && nulls == values_.size()) return {};
-  key_.clear();
-  for (std::size_t i = 0; i < values_.size(); ++i) {
-    if (Status made = AppendKey(index.key_columns[i], values_[i], key_); !made.ok()) return made;
-  }
-  return index.sorter->Add(key_, at);
+  if (!index.ignores_nulls || nulls < index.columns.size()) return sorter.AddKey(at);
+  sorter.DropKey();
+  return {};
 }
 
 Status TableLoader::WriteCounter(std::size_t offset, std::uint32_t value) {
@@ -133,6 +159,9 @@ Status TableLoader::WriteCounter(std::size_t offset, std::uint32_t value) {
 
 Status TableLoader::Finish(bool compacted) {
   if (Status finished = appender_.Finish(); !finished.ok()) return finished;
+  for (auto& [column, rows] : long_values_) {
+    if (Status finished = rows.Finish(); !finished.ok()) return finished;
+  }
   for (std::size_t i = 0; i < indexes_.size(); ++i) {
     KeySorter& sorter = *indexes_[i].sorter;
     if (Status built = sorter.Finish(); !built.ok()) return built;

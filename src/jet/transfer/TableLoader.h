@@ -30,8 +30,10 @@ class TableLoader {
 
   /// The fields of a row; long values that are there are not stored yet.
   Status Add(RowFields& fields);
-  /// The bytes of a row of this very layout that has no long values.
+  /// The bytes of a row of this very layout; its long values are stored.
   Status AddStored(ByteView row);
+  /// Stores a long value of the column of that number and returns its field.
+  Result<std::string> StoreLongValue(std::uint16_t column, ByteView value);
 
   /// Builds the indexes and writes the counters. `compacted`: the file is being made anew.
   Status Finish(bool compacted);
@@ -49,6 +51,9 @@ class TableLoader {
 
   TableLoader(UsageMaps& maps, StoredDefinition definition);
   Status OpenIndexes(std::size_t sort_bytes);
+  /// Appends the key of one column to that of the row, and counts it where it is null.
+  Status AppendColumn(const ColumnDefinition& column, const KeyColumn& key_column,
+                      const RowView& row, RowPointer at, std::string& key, std::size_t& nulls);
   Status AddKey(LoadedIndex& index, const RowView& row, RowPointer at);
   Status WriteCounter(std::size_t offset, std::uint32_t value);
 
@@ -58,9 +63,7 @@ class TableLoader {
   RowAppender appender_;
   RowBuilder builder_;
   std::vector<LoadedIndex> indexes_;
-  std::map<std::uint16_t, LongValues> long_values_;  ///< by number of the column
-  std::vector<Value> values_;                        ///< of one key; kept for the next
-  std::string key_;
+  std::map<std::uint16_t, RowAppender> long_values_;  ///< by number of the column
   std::uint32_t rows_ = 0;
 };
 

@@ -232,6 +232,48 @@ TEST(RowView, ReportsDamage) {
   }
 }
 
+struct WholeCase {
+  const char* what;
+  const char* row;
+  bool whole;
+};
+
+constexpr WholeCase kWholeRows[] = {
+    {"as it is built", "02 00 07 00 61 00 06 00 04 00 01 00 03", true},
+    {"an empty field", "02 00 07 00 04 00 04 00 01 00 01", true},
+    {"bytes between the fixed area and the first field",
+     "02 00 07 00 AA AA 61 00 08 00 06 00 01 00 03", true},
+    {"older than the text", "01 00 07 00 01", false},
+    {"a column more", "03 00 07 00 61 00 06 00 04 00 01 00 03", false},
+    {"a variable field more", "02 00 07 00 61 00 06 00 06 00 04 00 02 00 03", false},
+    {"no variable field", "02 00 07 00 04 00 00 00 01", false},
+    {"a field that begins in the fixed area", "02 00 07 00 61 00 06 00 03 00 01 00 03", false},
+    {"a field that ends before it begins", "02 00 07 00 61 00 04 00 06 00 01 00 03", false},
+    {"a field that ends behind its row", "02 00 07 00 61 00 60 00 04 00 01 00 03", false},
+    {"no offsets", "02 00 07 03", false},
+};
+
+TEST(RowView, IsWholeWhenItsFieldsFollowEachOther) {
+  const TableDefinition table =
+      TableOf({Fixed(0, ColumnType::Int, 0), Variable(1, ColumnType::Text, 0)});
+  for (const WholeCase& test : kWholeRows) {
+    SCOPED_TRACE(test.what);
+    const std::vector<std::uint8_t> bytes = HexVector(test.row);
+    RowView row;
+    const bool whole = row.Reset(JetVersion::Jet4, true, bytes) && row.IsWhole(table);
+    EXPECT_EQ(whole, test.whole);
+  }
+}
+
+TEST(RowView, IsWholeWithFixedFieldsAlone) {
+  const TableDefinition table = TableOf({Fixed(0, ColumnType::Int, 0)});
+  RowView row;
+  const std::vector<std::uint8_t> whole = HexVector("01 00 07 00 01");
+  EXPECT_TRUE(row.Reset(JetVersion::Jet4, false, whole) && row.IsWhole(table));
+  const std::vector<std::uint8_t> cut = HexVector("01 00 07 01");
+  EXPECT_FALSE(row.Reset(JetVersion::Jet4, false, cut) && row.IsWhole(table));
+}
+
 TEST(RowView, ReadsTheRowsOfAccess97) {
   const TableDefinition table =
       TableOf({Fixed(0, ColumnType::Long, 0), Variable(1, ColumnType::Text, 0),

@@ -3,6 +3,7 @@
 #include "HexBytes.h"
 #include "base/Utf.h"
 #include "jet/format/SortOrder.h"
+#include "jet/format/TextCodec.h"
 #include "jet/format/TextKey.h"
 
 namespace zent::jet {
@@ -118,6 +119,65 @@ TEST(TextKey4, IsAppendedToWhatIsThere) {
   std::string key = Hex("7F");
   AppendTextKey4("a", false, key);
   EXPECT_EQ(ToHex(key), "7F B5 FE FF 00");
+}
+
+/// The key of a field of these bytes.
+std::string StoredKey4(ByteView stored, bool ascending) {
+  std::string key;
+  AppendStoredTextKey4(stored, ascending, key);
+  return ToHex(key);
+}
+
+TEST(StoredTextKey4, IsTheKeyOfTheTextThatIsStored) {
+  std::vector<std::string> texts = {"A5 ", "\x7F", "\xC3\xA9t\xC3\xA9"};
+  for (const KeyCase& row : kJet4Keys) texts.push_back(row.text);
+  for (const HiddenCase& row : kMixedKeys) texts.push_back(row.text);
+  for (const std::size_t length : {253U, 254U, 255U, 256U, 300U}) {
+    texts.push_back(std::string(length, 'a') + " b");
+    texts.push_back(std::string(length, ' ') + "b");
+    texts.push_back(std::string(length, '0') + "\xE6\x97\xA5");
+    texts.push_back(std::string(length - 1, 'a') + "-");
+  }
+  for (const std::string& text : texts) {
+    for (const bool compress : {false, true}) {
+      SCOPED_TRACE(text + (compress ? " compressed" : " plain"));
+      std::string stored;
+      EncodeText(text, compress, stored);
+      EXPECT_EQ(StoredKey4(AsBytes(stored), true), Key4(text));
+      EXPECT_EQ(StoredKey4(AsBytes(stored), false), Key4(text, false));
+    }
+  }
+}
+
+struct StoredCase {
+  const char* what;
+  const char* bytes;
+};
+
+// What others may have stored, and we would not.
+constexpr StoredCase kStored[] = {
+    {"nothing", ""},
+    {"compressed, empty", "FF FE"},
+    {"two characters compressed", "FF FE 61 62"},
+    {"compressed blanks at the end", "FF FE 61 20 20"},
+    {"words in the middle", "FF FE 61 00 E5 65 00 62"},
+    {"plain letters as words", "FF FE 61 00 62 00 63 00 00 64"},
+    {"words without any", "FF FE 61 00 00 62"},
+    {"an odd word", "FF FE 61 00 E5 65 2C"},
+    {"plain with an odd last byte", "68 00 69"},
+    {"half a mark", "FF"},
+    {"a lone surrogate", "3D D8 61 00"},
+    {"a character 0", "61 00 00 00 62 00"},
+};
+
+TEST(StoredTextKey4, IsTheKeyOfWhatTheFieldReadsAs) {
+  for (const StoredCase& row : kStored) {
+    SCOPED_TRACE(row.what);
+    const std::vector<std::uint8_t> stored = HexVector(row.bytes);
+    const std::string text = DecodeText(JetVersion::Jet4, stored);
+    EXPECT_EQ(StoredKey4(stored, true), Key4(text));
+    EXPECT_EQ(StoredKey4(stored, false), Key4(text, false));
+  }
 }
 
 // Texts in their order: each before the next, and after it where the order is descending.

@@ -1,7 +1,7 @@
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <format>
 #include <nlohmann/json.hpp>
 
 #include "jet/fakes/MemoryStorage.h"
@@ -35,11 +35,11 @@ void Compare(const Json& got, const Json& expected, const std::string& place,
   }
   if (got.is_array()) {
     for (std::size_t i = 0; i < got.size(); ++i) {
-      Compare(got[i], expected[i], std::format("{}/{}", place, i), differences);
+      Compare(got[i], expected[i], fmt::format("{}/{}", place, i), differences);
     }
   } else if (got.is_object()) {
     for (const auto& [key, value] : expected.items()) {
-      Compare(got.contains(key) ? got[key] : Json(), value, std::format("{}/{}", place, key),
+      Compare(got.contains(key) ? got[key] : Json(), value, fmt::format("{}/{}", place, key),
               differences);
     }
   }

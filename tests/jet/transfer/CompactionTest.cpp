@@ -17,7 +17,7 @@ TEST(CompactDatabase, KeepsEverything) {
   struct Case {
     const char* what;
     int rows;
-    std::size_t cache_bytes;
+    std::size_t bytes;  ///< of the cache and of the sorting
   };
   constexpr Case kCases[] = {
       {"no rows", 0, std::size_t{64} << 20U},
@@ -28,8 +28,10 @@ TEST(CompactDatabase, KeepsEverything) {
     SCOPED_TRACE(row.what);
     MemoryStorage storage;
     MakeSource(storage, "old.mdb", row.rows);
-    const Status done = CompactDatabase(
-        storage, {.source = "old.mdb", .target = "new.mdb", .cache_bytes = row.cache_bytes});
+    const Status done = CompactDatabase(storage, {.source = "old.mdb",
+                                                  .target = "new.mdb",
+                                                  .cache_bytes = row.bytes,
+                                                  .sort_bytes = row.bytes});
     ASSERT_TRUE(done.ok()) << done.error().description;
     EXPECT_EQ(storage.Names(), (Names{"new.mdb", "old.mdb"}));
     const OpenedDatabase old = OpenCatalog(storage, "old.mdb");
@@ -40,6 +42,48 @@ TEST(CompactDatabase, KeepsEverything) {
     EXPECT_EQ(table.max_columns, table.columns.size()) << "the dropped column leaves no gap";
     EXPECT_LT(storage.Bytes("new.mdb").size(), storage.Bytes("old.mdb").size() + 65536);
   }
+}
+
+TEST(CompactDatabase, TakesRowsOverOfEachAgeAndForm) {
+  MemoryStorage storage;
+  MakeLetters(storage, "old.mdb");
+  // The copy of the copy has all its rows in one form: the same bytes of rows again.
+  ASSERT_TRUE(CompactDatabase(storage, {.source = "old.mdb", .target = "new.mdb"}).ok());
+  ASSERT_TRUE(CompactDatabase(storage, {.source = "new.mdb", .target = "newer.mdb"}).ok());
+  const OpenedDatabase old = OpenCatalog(storage, "old.mdb");
+  for (const char* const name : {"new.mdb", "newer.mdb"}) {
+    SCOPED_TRACE(name);
+    const OpenedDatabase made = OpenCatalog(storage, name);
+    ASSERT_TRUE(old.catalog && made.catalog);
+    ExpectSameContents(*old.catalog, *made.catalog);
+    ExpectRightIndexes(*made.catalog->OpenTable("Letters").value());
+  }
+}
+
+/// Puts the end of the seal of the first letter, where the field after it begins, behind its row.
+void DamageFirstLetter(Storage& storage, std::string_view path) {
+  const OpenedDatabase opened = OpenCatalog(storage, path);
+  ASSERT_TRUE(opened.catalog);
+  Result<Transaction> transaction = Transaction::Begin(*opened.catalog);
+  ASSERT_TRUE(transaction.ok());
+  RowStore& rows = opened.catalog->OpenTable("Letters").value()->store().rows();
+  RowScan scan(rows);
+  ASSERT_TRUE(scan.Next().value_or(false));
+  std::vector<std::uint8_t> row(scan.bytes().begin(), scan.bytes().end());
+  // The offset of the last of four fields; their count and the mask stand behind it.
+  row[row.size() - (8 + 2 + 1)] = 0xFF;
+  ASSERT_TRUE(rows.Update(scan.at(), row).ok());
+  ASSERT_TRUE(transaction.value().Commit().ok());
+}
+
+// A row whose fields are in disorder is reported as reading it would be, never taken over.
+TEST(CompactDatabase, TakesNoDamagedRowOver) {
+  MemoryStorage storage;
+  MakeLetters(storage, "old.mdb", 1);
+  DamageFirstLetter(storage, "old.mdb");
+  const Status done = CompactDatabase(storage, {.source = "old.mdb", .target = "new.mdb"});
+  EXPECT_EQ(done.number(), kCannotOpenDatabase);
+  EXPECT_EQ(storage.Names(), Names{"old.mdb"});
 }
 
 TEST(CompactDatabase, GoesOnWithNumbersRulesAndRelationships) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "jet/catalog/Transaction.h"
 #include "jet/format/ValueText.h"
 #include "jet/schema/NewDatabase.h"
@@ -82,6 +84,55 @@ void FillParts(Table& table) {
   }
 }
 
+NewTable Letters() {
+  NewTable table{.name = "Letters"};
+  table.columns = {
+      {.name = "Id", .type = ColumnType::Long, .auto_number = true},
+      {.name = "Subject", .type = ColumnType::Text, .size = 255},
+      {.name = "Body", .type = ColumnType::Memo},
+      {.name = "Seal", .type = ColumnType::Ole},
+  };
+  table.indexes = {
+      {.name = "PrimaryKey", .columns = {{.name = "Id"}}, .primary = true},
+      {.name = "BySubject", .columns = {{.name = "Subject"}, {.name = "Id", .descending = true}}},
+      {.name = "Backwards",
+       .columns = {{.name = "Subject", .descending = true}},
+       .ignore_nulls = true},
+  };
+  return table;
+}
+
+void AddLetters(Table& table, int first, int rows) {
+  const std::string subjects[] = {
+      "Offer", "co-op", "\xC3\x89t\xC3\xA9 ", "\xE6\x97\xA5\xE6\x9C\xAC", std::string(255, 'w'),
+      "a"};
+  for (int i = first; i < first + rows; ++i) {
+    std::vector<Value> values(table.definition().columns.size());
+    if (i % 7 != 6) values[1] = subjects[static_cast<std::size_t>(i) % std::size(subjects)];
+    if (i % 5 != 4) values[2] = LongText(i);
+    if (i % 5 != 3) values[3] = Binary{LongText(i + 3)};
+    Expect(table.Insert(values).status());
+  }
+}
+
+void FillLetters(Catalog& catalog, int rows) {
+  Schema schema(catalog);
+  Expect(schema.CreateTable(Letters()));
+  AddLetters(*catalog.OpenTable("Letters").value(), 0, rows / 2);
+  Expect(schema.AddColumn("Letters", {.name = "Later", .type = ColumnType::Text, .size = 50}));
+  Table& letters = *catalog.OpenTable("Letters").value();
+  AddLetters(letters, rows / 2, rows - rows / 2);
+  std::vector<RowPointer> grown;
+  RowScan scan(letters.store().rows());
+  for (int i = 0; scan.Next().value_or(false); ++i) {
+    if (i % 3 == 0) grown.push_back(scan.at());
+  }
+  for (const RowPointer row : grown) {
+    const ColumnChange change = {.position = 1, .value = Text(std::string(200, 'g'))};
+    Expect(letters.Update(row, {&change, 1}));
+  }
+}
+
 void Fill(Catalog& catalog, int rows) {
   Schema schema(catalog);
   Expect(schema.CreateTable(Things()));
@@ -108,6 +159,17 @@ void Fill(Catalog& catalog, int rows) {
   Expect(things.Delete(*last));
 }
 
+void MakeFilled(Storage& storage, std::string_view path, const NewDatabase& made,
+                const std::function<void(Catalog&)>& fill) {
+  Expect(CreateDatabase(storage, path, made));
+  const OpenedDatabase opened = OpenCatalog(storage, path);
+  ASSERT_TRUE(opened.catalog);
+  Result<Transaction> transaction = Transaction::Begin(*opened.catalog);
+  ASSERT_TRUE(transaction.ok());
+  fill(*opened.catalog);
+  Expect(transaction.value().Commit());
+}
+
 }  // namespace
 
 void MakeEmpty(Storage& storage, std::string_view path) {
@@ -117,13 +179,12 @@ void MakeEmpty(Storage& storage, std::string_view path) {
 void MakeSource(Storage& storage, std::string_view path, int rows, std::string_view password) {
   NewDatabase made;
   made.password = password;
-  Expect(CreateDatabase(storage, path, made));
-  const OpenedDatabase opened = OpenCatalog(storage, path);
-  ASSERT_TRUE(opened.catalog);
-  Result<Transaction> transaction = Transaction::Begin(*opened.catalog);
-  ASSERT_TRUE(transaction.ok());
-  Fill(*opened.catalog, rows);
-  Expect(transaction.value().Commit());
+  MakeFilled(storage, path, made, [rows](Catalog& catalog) { Fill(catalog, rows); });
+}
+
+void MakeLetters(Storage& storage, std::string_view path, int rows) {
+  MakeFilled(storage, path, NewDatabase(),
+             [rows](Catalog& catalog) { FillLetters(catalog, rows); });
 }
 
 }  // namespace zent::jet::testing

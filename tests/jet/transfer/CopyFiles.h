@@ -14,6 +14,11 @@ namespace zent::jet::testing {
 void MakeSource(Storage& storage, std::string_view path, int rows = 50,
                 std::string_view password = {});
 
+/// Makes a database whose table "Letters" has had no column dropped, so that rows may be taken over
+/// as they are: some older than its last column, some grown and moved, long values of all lengths,
+/// texts of all kinds in its indexes.
+void MakeLetters(Storage& storage, std::string_view path, int rows = 60);
+
 /// An empty database.
 void MakeEmpty(Storage& storage, std::string_view path);
 
