@@ -30,7 +30,7 @@ test-windows: setup all windows ## the tests of the Windows program, under Wine
 	@ctest --preset windows-x86 -j $(JOBS)
 	@cmake --preset linux-asan >/dev/null
 	@cmake --build --preset linux-asan -j $(JOBS) --target test_scenarios_wine test_differential
-	@ctest --preset linux-asan -j $(JOBS) -L windows
+	@ctest --preset linux-asan -j $$((2 * $(JOBS))) -L windows  # they wait for Wine more than they work
 
 check-fast: setup ## a developer's loop: build, and the tests but for the slow, the window's and Wine's
 	@cmake --preset linux-asan >/dev/null

@@ -32,25 +32,37 @@ function(zent_library folder)
   set_tests_properties(layering.${folder} PROPERTIES LABELS layering)
 endfunction()
 
-# zent_windows_test(FOLDER PROGRAM LAUNCHER)
+# zent_test_options(TARGET)
 #
-# A test program built for Windows, started by LAUNCHER: one CTest test, label `windows`, since each
-# start under Wine costs more than most tests.
-function(zent_windows_test folder program launcher)
-  # Fast to build, and the tests are not what is shipped.
-  target_compile_options(${program} PRIVATE -O0)
-  add_test(NAME windows.${folder}
-    COMMAND ${launcher} "$<TARGET_FILE:${program}>" --gtest_brief=1)
-  set_tests_properties(windows.${folder} PROPERTIES LABELS windows FIXTURES_REQUIRED wine)
+# How the code of tests is compiled: fast, for it is not what is shipped. What is under test is
+# optimised and checked for undefined behaviour, the tests' own few lines need neither.
+function(zent_test_options target)
+  if(WIN32)
+    target_compile_options(${target} PRIVATE -O0)
+  elseif(ZENT_SANITIZE)
+    target_compile_options(${target} PRIVATE -O0 -fno-sanitize=undefined)
+  endif()
 endfunction()
 
-# zent_test(FOLDER SOURCES file... USES folder... [LINKS target...] [LABEL label] [LAUNCHER program])
+# zent_windows_test(FOLDER PROGRAM LAUNCHER FIXTURE)
+#
+# A test program built for Windows, started by LAUNCHER: one CTest test, label `windows`, since each
+# start under Wine costs more than most tests. FIXTURE is what it needs beside Wine, or empty.
+function(zent_windows_test folder program launcher fixture)
+  add_test(NAME windows.${folder}
+    COMMAND ${launcher} "$<TARGET_FILE:${program}>" --gtest_brief=1)
+  set_tests_properties(windows.${folder} PROPERTIES LABELS windows
+    FIXTURES_REQUIRED "wine;${fixture}")
+endfunction()
+
+# zent_test(FOLDER SOURCES file... USES folder... [LINKS target...] [LABEL label] [LAUNCHER program]
+#           [FIXTURE name])
 #
 # The test program of src/FOLDER: links that library, the adapters it needs (USES) and the test
 # support. Every test is listed by CTest under its own name, and started by LAUNCHER where one is
-# given.
+# given, with the CTest fixture that it needs.
 function(zent_test folder)
-  cmake_parse_arguments(ARG "" "LABEL" "SOURCES;USES;LINKS;LAUNCHER" ${ARGN})
+  cmake_parse_arguments(ARG "" "LABEL;FIXTURE" "SOURCES;USES;LINKS;LAUNCHER" ${ARGN})
   string(REPLACE "/" "_" name "${folder}")
   add_executable(test_${name} ${ARG_SOURCES})
   set(uses)
@@ -62,10 +74,9 @@ function(zent_test folder)
                                              GTest::gmock GTest::gtest_main)
   target_compile_definitions(test_${name} PRIVATE
     ZENT_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
-  if(ZENT_SANITIZE)
-    # Half the time to build: what is under test is optimised and checked for undefined behaviour,
-    # the tests' own few lines need neither.
-    target_compile_options(test_${name} PRIVATE -O0 -fno-sanitize=undefined)
+  zent_test_options(test_${name})
+  if(ZENT_PRECOMPILE AND NOT ARG_LABEL STREQUAL "qt")
+    target_precompile_headers(test_${name} REUSE_FROM zent_test_support)
   endif()
   if(NOT ARG_LABEL)
     set(ARG_LABEL unit)
@@ -74,12 +85,12 @@ function(zent_test folder)
     if(NOT ARG_LAUNCHER)
       set(ARG_LAUNCHER ${ZENT_WINE_RUN})
     endif()
-    zent_windows_test(${folder} test_${name} "${ARG_LAUNCHER}")
+    zent_windows_test(${folder} test_${name} "${ARG_LAUNCHER}" "${ARG_FIXTURE}")
     return()
   endif()
   if(ARG_LAUNCHER)
     set_target_properties(test_${name} PROPERTIES CROSSCOMPILING_EMULATOR "${ARG_LAUNCHER}")
   endif()
   gtest_discover_tests(test_${name} TEST_PREFIX "${folder}." DISCOVERY_TIMEOUT 60
-                       PROPERTIES LABELS ${ARG_LABEL})
+                       PROPERTIES LABELS ${ARG_LABEL} FIXTURES_REQUIRED "${ARG_FIXTURE}")
 endfunction()
