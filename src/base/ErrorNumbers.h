@@ -25,6 +25,7 @@ inline constexpr int kPathNotFound = 76;
 inline constexpr int kObjectNotSet = 91;
 inline constexpr int kInvalidFileFormat = 321;
 inline constexpr int kCannotCreateObject = 429;
+inline constexpr int kAutomationError = 440;
 inline constexpr int kActionNotSupported = 445;
 
 }  // namespace zent

@@ -34,6 +34,7 @@ constexpr std::array kStandardTexts = {
     StandardText{kObjectNotSet, "Object variable or With block variable not set"},
     StandardText{kInvalidFileFormat, "Invalid file format"},
     StandardText{kCannotCreateObject, "ActiveX component can't create object"},
+    StandardText{kAutomationError, "Automation error"},
     StandardText{kActionNotSupported, "Object doesn't support this action"},
 };
 

@@ -64,6 +64,9 @@ class UpdateWindow {
   /// Appends to the message box, after `cut` characters are taken off its start, puts the caret
   /// before what was appended, scrolls to the end and repaints at once. Lines end with CR LF.
   virtual void AppendMessage(std::string_view text, std::size_t cut) = 0;
+  /// Shows a counter in place: takes the last `replaced` characters off the message box and goes on
+  /// as AppendMessage. A window that cannot take back what it showed may leave counters out.
+  virtual void ShowCounter(std::string_view text, std::size_t replaced, std::size_t cut) = 0;
   virtual void EnableButton(WindowButton button, bool enabled) = 0;
   /// Step `step` of `steps`, 1-based; 0 steps: unknown. Never part of the message box.
   virtual void ShowProgress(std::size_t step, std::size_t steps) = 0;

@@ -76,6 +76,20 @@ TYPED_TEST_P(UpdateWindowContract, ShowsMessagesInTheirOrder) {
   EXPECT_LT(shown.find("st"), second) << "before it stands what was not cut off the first";
 }
 
+TYPED_TEST_P(UpdateWindowContract, ShowsMessagesBehindACounter) {
+  UpdateWindow& window = this->subject.window();
+  this->Run([&] {
+    window.AppendMessage("  heading\r\n", 0);
+    window.ShowCounter("      100 Links", 0, 0);
+    window.ShowCounter("      200 Links", 15, 0);
+    window.AppendMessage("  next\r\n", 0);
+    window.Close();
+  });
+  const std::string shown = this->subject.shown();
+  EXPECT_LT(shown.find("heading"), shown.find("next"));
+  EXPECT_LT(shown.find("next"), shown.size());
+}
+
 TYPED_TEST_P(UpdateWindowContract, NobodyAsksForItsClosing) {
   UpdateWindow& window = this->subject.window();
   this->Run([&] {
@@ -98,7 +112,7 @@ TYPED_TEST_P(UpdateWindowContract, RaisesNothingWhileContinueIsDisabled) {
 
 REGISTER_TYPED_TEST_SUITE_P(UpdateWindowContract, LoadsOnceAndReturnsWhenClosed,
                             StaysClosedWhenClosedTwice, GivesTheSafeAnswerWhenNobodyAnswers,
-                            ShowsMessagesInTheirOrder, NobodyAsksForItsClosing,
-                            RaisesNothingWhileContinueIsDisabled);
+                            ShowsMessagesInTheirOrder, ShowsMessagesBehindACounter,
+                            NobodyAsksForItsClosing, RaisesNothingWhileContinueIsDisabled);
 
 }  // namespace zent::testing

@@ -202,6 +202,7 @@ Status MemoryFileSystem::Copy(std::string_view source, std::string_view target) 
   copy.sharing = Sharing::Free;
   copy.path = to.value() != nullptr ? to.value()->path : NodePath(target).value();
   nodes_.insert_or_assign(FoldName(copy.path), copy);
+  if (on_copied) on_copied(source, target);
   return {};
 }
 

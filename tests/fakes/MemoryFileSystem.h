@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -39,6 +40,10 @@ class MemoryFileSystem : public FileSystem {
   /// and renamed. Ends with Release.
   void HoldLoaded(std::string_view path);
   void Release(std::string_view path);
+
+  /// Called after each copy that succeeds, with both paths as they were given: for fakes that keep
+  /// beside a file what it stands for.
+  std::function<void(std::string_view source, std::string_view target)> on_copied;
 
   /// What was called ("Write C:\a.ini", "Copy C:\a.ini > C:\b.ini") and what is to fail.
   CallLog& log() { return log_; }

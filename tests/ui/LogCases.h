@@ -64,6 +64,12 @@ class PlainLog {
     text_.erase(0, cut);
     return cut;
   }
+  /// Takes off the end as many of `count` characters as there are, and returns how many.
+  std::size_t TakeBack(std::size_t count) {
+    count = count < text_.size() ? count : text_.size();
+    text_.resize(text_.size() - count);
+    return count;
+  }
   /// In UTF-8, each line end as one line feed.
   std::string Shown() const {
     std::string shown;

@@ -5,6 +5,7 @@
 #include <optional>
 #include <ostream>
 #include <thread>
+#include <utility>
 
 #include "base/Text.h"
 #include "ui/Answers.h"
@@ -89,6 +90,16 @@ void ConsoleWindow::SetTitle(std::string_view title) {
 
 void ConsoleWindow::AppendMessage(std::string_view text, std::size_t) { Print(text); }
 
+void ConsoleWindow::ShowCounter(std::string_view text, std::size_t, std::size_t) {
+  if (!interactive_) return;
+  if (counter_ == 0) BeginLine();
+  const std::string shown = ForTerminal(text);
+  const std::size_t length = CountCharacters(shown);
+  const std::size_t blanks = counter_ - std::min(counter_, length);
+  output_ << '\r' << shown << std::string(blanks, ' ') << std::flush;
+  counter_ = length;
+}
+
 void ConsoleWindow::EnableButton(WindowButton button, bool enabled) {
   if (button == WindowButton::Install360) can_install_ = enabled;
   if (button == WindowButton::Continue) {
@@ -160,6 +171,7 @@ void ConsoleWindow::HandleWaitLine(const std::string& line) {
 }
 
 void ConsoleWindow::Print(std::string_view text) {
+  if (std::exchange(counter_, 0) != 0) output_ << '\n';
   const std::string shown = ForTerminal(text);
   if (!shown.empty()) at_line_start_ = shown.back() == '\n';
   output_ << shown << std::flush;

@@ -27,6 +27,8 @@ class ConsoleWindow : public UpdateWindow {
   void SetTitle(std::string_view title) override;
   /// Everything is shown: what was cut off the message box stays above.
   void AppendMessage(std::string_view text, std::size_t cut) override;
+  /// On a terminal alone, over the counter before; the next text begins a line.
+  void ShowCounter(std::string_view text, std::size_t replaced, std::size_t cut) override;
   void EnableButton(WindowButton button, bool enabled) override;
   void ShowProgress(std::size_t, std::size_t) override {}
   /// Shows title, text and choices; takes a choice or its first letter, in any case, and a lone
@@ -55,7 +57,8 @@ class ConsoleWindow : public UpdateWindow {
   bool can_continue_ = false;
   bool can_install_ = false;
   bool hint_due_ = false;
-  int wait_lines_ = 0;  ///< read since Continue became enabled
+  std::size_t counter_ = 0;  ///< characters of the counter that stands on the present line
+  int wait_lines_ = 0;       ///< read since Continue became enabled
 };
 
 }  // namespace zent

@@ -55,6 +55,17 @@ void LogBox::CutPending(std::size_t count) {
   if (count > 0) pending_.erase(0, SkipCharacters(pending_, count));
 }
 
+void LogBox::TakeBack(std::size_t count) {
+  const std::size_t waiting = CountCharacters(pending_);
+  if (count > waiting) {
+    Flush();
+    CutShownEnd(std::min(count, shown_));
+  } else {
+    pending_.resize(SkipCharacters(pending_, waiting - count));
+    last_piece_ = std::min(last_piece_, pending_.size());
+  }
+}
+
 void LogBox::Flush() {
   if (!HasPending()) return;
   CutShown(pending_cut_);
@@ -90,6 +101,31 @@ void LogBox::CutShown(std::size_t count) {
   QTextCursor start(document());
   start.setPosition(line.position() + static_cast<int>(in_line), QTextCursor::KeepAnchor);
   start.removeSelectedText();
+}
+
+void LogBox::CutShownEnd(std::size_t count) {
+  if (count == 0) return;
+  shown_ -= count;
+  QTextBlock line = document()->lastBlock();
+  QString text = line.text();
+  for (qsizetype at = text.size();; --count) {
+    if (count == 0) {
+      QTextCursor end(document());
+      end.setPosition(line.position() + static_cast<int>(at));
+      end.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+      return end.removeSelectedText();
+    }
+    if (at > 0) {
+      at -= at > 1 && IsPairAt(text, at - 2) ? 2 : 1;
+    } else if (line_ends_.back() == LineEnd::CrLf) {
+      line_ends_.back() = LineEnd::Cr;  // the line stays ended until its CR goes as well
+    } else {
+      line_ends_.pop_back();
+      line = line.previous();
+      text = line.text();
+      at = text.size();
+    }
+  }
 }
 
 void LogBox::Insert(std::string_view text) {

@@ -22,6 +22,8 @@ class LogBox : public QPlainTextEdit {
   /// Takes `cut` characters off the start of the text, then adds `text` (UTF-8) at its end. CR and
   /// LF are characters; CR LF, CR and LF each end a line.
   void Append(std::string_view text, std::size_t cut);
+  /// Takes `count` characters off the end of the text.
+  void TakeBack(std::size_t count);
   /// Puts everything appended into the box, the caret before the last piece of it, the end in view.
   void Flush();
   bool HasPending() const { return pending_cut_ > 0 || !pending_.empty(); }
@@ -34,6 +36,7 @@ class LogBox : public QPlainTextEdit {
 
   void CutPending(std::size_t count);
   void CutShown(std::size_t count);
+  void CutShownEnd(std::size_t count);
   void Insert(std::string_view text);
   void ScrollToEnd();
 

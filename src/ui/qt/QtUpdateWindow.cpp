@@ -133,6 +133,12 @@ void QtUpdateWindow::AppendMessage(std::string_view text, std::size_t cut) {
   ShowAtPace();
 }
 
+void QtUpdateWindow::ShowCounter(std::string_view text, std::size_t replaced, std::size_t cut) {
+  window_->log().TakeBack(replaced);
+  window_->log().Append(text, cut);
+  ShowAtPace();
+}
+
 void QtUpdateWindow::ShowProgress(std::size_t step, std::size_t steps) {
   pending_progress_ = Progress{step, steps};
   ShowAtPace();

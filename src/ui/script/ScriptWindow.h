@@ -31,6 +31,9 @@ class ScriptWindow : public UpdateWindow {
   void AppendMessage(std::string_view text, std::size_t cut) override {
     screen_.AppendMessage(text, cut);
   }
+  void ShowCounter(std::string_view text, std::size_t replaced, std::size_t cut) override {
+    screen_.ShowCounter(text, replaced, cut);
+  }
   void EnableButton(WindowButton button, bool enabled) override;
   void ShowProgress(std::size_t step, std::size_t steps) override {
     screen_.ShowProgress(step, steps);

@@ -73,6 +73,17 @@ void LogBox::Append(std::string_view text, std::size_t cut) {
   pending_ += text;
 }
 
+void LogBox::TakeBack(std::size_t count) {
+  const std::size_t waiting = CountCharacters(pending_);
+  if (count > waiting) {
+    Flush();
+    CutShownEnd(std::min(count, shown_count_));
+  } else {
+    pending_.resize(SkipCharacters(pending_, waiting - count));
+    last_piece_ = std::min(last_piece_, pending_.size());
+  }
+}
+
 void LogBox::Flush() {
   if (!HasPending()) return;
   Send(WM_SETREDRAW, FALSE);
@@ -106,6 +117,18 @@ void LogBox::CutShown() {
   shown_.erase(0, bytes);
   shown_count_ -= cut_;
   cut_ = 0;
+}
+
+void LogBox::CutShownEnd(std::size_t count) {
+  const std::size_t kept = SkipCharacters(shown_, shown_count_ - count);
+  const std::string_view gone = std::string_view(shown_).substr(kept);
+  const bool after_cr = kept > 0 && shown_[kept - 1] == '\r';
+  const std::size_t positions = ToBoxText(gone, after_cr, counts_bytes_).positions;
+  Select(positions_ - positions, positions_);
+  Send(EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(""));
+  positions_ -= positions;
+  shown_.resize(kept);
+  shown_count_ -= count;
 }
 
 void LogBox::Insert(std::string_view text) {

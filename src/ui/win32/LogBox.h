@@ -26,6 +26,8 @@ class LogBox {
   /// Takes `cut` characters off the start of the text, then adds `text` (UTF-8) at its end. CR and
   /// LF are characters; CR LF, CR and LF each end a line.
   void Append(std::string_view text, std::size_t cut);
+  /// Takes `count` characters off the end of the text.
+  void TakeBack(std::size_t count);
   /// Puts everything appended into the box, the caret before the last piece of it, the end in view.
   void Flush();
   bool HasPending() const { return cut_ > 0 || !pending_.empty(); }
@@ -40,6 +42,7 @@ class LogBox {
   bool ShowsEnd() const;
   void ScrollToEnd();
   void CutShown();
+  void CutShownEnd(std::size_t count);
   void Insert(std::string_view text);
   void Select(std::size_t from, std::size_t to) const;
 

@@ -106,6 +106,12 @@ void Win32UpdateWindow::AppendMessage(std::string_view text, std::size_t cut) {
   ShowAtPace();
 }
 
+void Win32UpdateWindow::ShowCounter(std::string_view text, std::size_t replaced, std::size_t cut) {
+  window_->log().TakeBack(replaced);
+  window_->log().Append(text, cut);
+  ShowAtPace();
+}
+
 void Win32UpdateWindow::ShowProgress(std::size_t step, std::size_t steps) {
   pending_progress_ = Progress{step, steps};
   ShowAtPace();

@@ -39,6 +39,7 @@ class Win32UpdateWindow : public UpdateWindow {
   bool CloseRequested() const override { return close_requested_; }
   void SetTitle(std::string_view title) override;
   void AppendMessage(std::string_view text, std::size_t cut) override;
+  void ShowCounter(std::string_view text, std::size_t replaced, std::size_t cut) override;
   void EnableButton(WindowButton button, bool enabled) override;
   void ShowProgress(std::size_t step, std::size_t steps) override;
   Answer Ask(const MessageQuestion& question) override;

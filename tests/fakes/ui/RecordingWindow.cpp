@@ -19,6 +19,12 @@ void RecordingWindow::AppendMessage(std::string_view text, std::size_t cut) {
   log += text;
 }
 
+void RecordingWindow::ShowCounter(std::string_view text, std::size_t replaced, std::size_t cut) {
+  log.resize(SkipCharacters(log, CountCharacters(log) - replaced));
+  log.erase(0, SkipCharacters(log, cut));
+  log += text;
+}
+
 void RecordingWindow::EnableButton(WindowButton button, bool is_enabled) {
   if (is_enabled) {
     enabled.insert(button);

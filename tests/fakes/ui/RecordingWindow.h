@@ -28,6 +28,7 @@ class RecordingWindow : public UpdateWindow {
   bool CloseRequested() const override { return close_requested; }
   void SetTitle(std::string_view text) override { title = text; }
   void AppendMessage(std::string_view text, std::size_t cut) override;
+  void ShowCounter(std::string_view text, std::size_t replaced, std::size_t cut) override;
   void EnableButton(WindowButton button, bool enabled) override;
   void ShowProgress(std::size_t step, std::size_t steps) override;
   /// The next of `answers` when the box has that button, else its safe answer; a box with only OK

@@ -170,6 +170,20 @@ TEST(ConsoleWindow, PrintsMessagesWithoutTheirControls) {
   EXPECT_EQ(output.str(), "Korvo^[]0;hacked^G Update\n  one\n  ^[[2Jtwo\nOther\n  begun\nThird\n");
 }
 
+TEST(ConsoleWindow, ShowsCountersInPlaceOnATerminalAlone) {
+  for (const bool terminal : {true, false}) {
+    TypedInput input("");
+    std::ostringstream output;
+    ConsoleWindow window(input, output, terminal);
+    window.AppendMessage("  Updating\r\n", 0);
+    window.ShowCounter("  1000 Links", 0, 0);
+    window.ShowCounter("  2\x1B Links", 12, 0);
+    window.AppendMessage("  next\r\n", 0);
+    EXPECT_EQ(output.str(), terminal ? "  Updating\n\r  1000 Links\r  2^[ Links \n  next\n"
+                                     : "  Updating\n  next\n");
+  }
+}
+
 TEST(ConsoleWindow, BoxesObeyNoControlsEither) {
   TypedInput input("");
   std::ostringstream output;

@@ -39,6 +39,7 @@ TEST(LogBox, HoldsTheLastCharactersOfAnyLog) {
   for (int i = 0; i < 3000; ++i) {
     std::u32string text;
     for (auto n = random() % 30; n > 0; --n) text += kLetters[random() % 11];
+    if (random() % 3 == 0) box.TakeBack(log.TakeBack(random() % 50));
     const std::size_t cut = log.Add(text, kLimit);
     box.Append(ToUtf8(text), cut);
     if (random() % 3 == 0) box.Flush();

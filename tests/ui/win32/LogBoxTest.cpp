@@ -81,6 +81,7 @@ TEST(Win32LogBox, HoldsTheLastCharactersOfAnyLog) {
   for (int i = 0; i < 600; ++i) {
     std::u32string text;
     for (auto n = random() % 30; n > 0; --n) text += kLetters[random() % 11];
+    if (random() % 3 == 0) shown.box.TakeBack(log.TakeBack(random() % 50));
     shown.box.Append(ToUtf8(text), log.Add(text, kLimit));
     if (random() % 3 == 0) shown.box.Flush();
     if (i % 10 != 0) continue;

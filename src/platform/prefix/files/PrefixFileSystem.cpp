@@ -93,6 +93,15 @@ Result<std::vector<std::string>> WindowsNamesIn(const Place& folder, const std::
   return names;
 }
 
+/// The host's path of what is open.
+Result<std::filesystem::path> PathOf(const UniqueFd& object) {
+  std::error_code error;
+  std::filesystem::path host =
+      std::filesystem::read_symlink(fmt::format("/proc/self/fd/{}", object.get()), error);
+  if (error) return ErrorOfErrno(error.value());
+  return host;
+}
+
 }  // namespace
 
 PrefixFileSystem::PrefixFileSystem(const Drives& drives, std::string current_folder)
@@ -226,11 +235,16 @@ Status PrefixFileSystem::CreateFolder(std::string_view path) {
 Result<std::filesystem::path> PrefixFileSystem::HostPath(std::string_view path) {
   const Result<Place> place = LocateExisting(path);
   if (!place.ok()) return place.error();
-  std::error_code error;
-  std::filesystem::path host = std::filesystem::read_symlink(
-      fmt::format("/proc/self/fd/{}", place.value().object.get()), error);
-  if (error) return ErrorOfErrno(error.value());
-  return host;
+  return PathOf(place.value().object);
+}
+
+Result<std::filesystem::path> PrefixFileSystem::HostTarget(std::string_view path) {
+  const Result<Place> place = LocateTarget(path);
+  if (!place.ok()) return place.error();
+  const FolderEntry& entry = place.value().named();
+  Result<std::filesystem::path> folder = PathOf(entry.folder);
+  if (!folder.ok()) return folder;
+  return folder.value() / entry.name;
 }
 
 Result<Place> PrefixFileSystem::Locate(std::string_view path) const {

@@ -40,6 +40,9 @@ class PrefixFileSystem : public FileSystem {
   /// Where an existing file or folder lies on the host, links resolved: for programs that the host
   /// starts.
   Result<std::filesystem::path> HostPath(std::string_view path);
+  /// Where a file lies on the host by its own name, or would lie: its folder is there. A link is
+  /// the link itself. For what is made, deleted or renamed there.
+  Result<std::filesystem::path> HostTarget(std::string_view path);
 
  private:
   Result<Place> Locate(std::string_view path) const;

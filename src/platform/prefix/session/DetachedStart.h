@@ -1,21 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
-#include <string>
-#include <vector>
 
 #include "base/Status.h"
+#include "platform/prefix/session/HostCommand.h"
 
 namespace zent {
-
-/// A program of the host and how it is started.
-struct HostCommand {
-  std::filesystem::path program;         ///< absolute; never searched for
-  std::vector<std::string> arguments;    ///< without the program; given as they are, by no shell
-  std::filesystem::path folder;          ///< its working folder
-  std::vector<std::string> environment;  ///< "NAME=value", put over our own environment
-};
 
 /// Starts a program that lives on its own: not waited for and never a zombie of ours, in a session
 /// of its own, so that our terminal does not stop it; its standard streams are empty, none of our

@@ -7,6 +7,7 @@
 
 #include "platform/prefix/session/DetachedStart.h"
 #include "platform/prefix/session/HostPrograms.h"
+#include "platform/prefix/session/WaitedStart.h"
 
 namespace zent {
 namespace {
@@ -21,7 +22,7 @@ std::optional<std::filesystem::path> FindLoader(std::string_view path_list,
 
 // A loaded host takes a second to bring the server up.
 constexpr std::chrono::seconds kLongestStart(10);
-constexpr std::chrono::milliseconds kStep(5);
+constexpr std::chrono::milliseconds kWineStep(5);
 
 bool Lives(std::uint32_t process) { return ::kill(static_cast<pid_t>(process), 0) == 0; }
 
@@ -36,22 +37,43 @@ Wine::Wine(std::string_view path_list, const std::filesystem::path& machine, Han
 
 Result<std::uint32_t> Wine::Start(std::vector<std::string> arguments,
                                   const std::filesystem::path& folder) const {
+  const Result<HostCommand> command = Prepare(std::move(arguments), folder);
+  if (!command.ok()) return command.error();
+  Result<std::uint32_t> started = StartDetached(command.value());
+  if (!started.ok() || !took_over_) return started;
+  const auto latest = std::chrono::steady_clock::now() + kLongestStart;
+  while (!took_over_() && Lives(started.value()) && std::chrono::steady_clock::now() < latest) {
+    std::this_thread::sleep_for(kWineStep);
+  }
+  return started;
+}
+
+Result<std::unique_ptr<RunningProgram>> Wine::StartWaited(
+    std::vector<std::string> arguments, const std::filesystem::path& folder) const {
+  Result<HostCommand> command = Prepare(std::move(arguments), folder);
+  if (!command.ok()) return command.error();
+  command.value().environment.emplace_back("WINEDEBUG=-all");
+  Result<std::unique_ptr<RunningProgram>> started = zent::StartWaited(command.value());
+  if (!started.ok() || !took_over_) return started;
+  const auto latest = std::chrono::steady_clock::now() + kLongestStart;
+  while (!took_over_() && std::chrono::steady_clock::now() < latest) {
+    const auto ended = started.value()->Wait(kWineStep);
+    if (!ended.ok() || ended.value()) break;
+  }
+  return started;
+}
+
+Result<HostCommand> Wine::Prepare(std::vector<std::string> arguments,
+                                  const std::filesystem::path& folder) const {
   if (!loader_) return StandardError(kFileNotFound);
   if (hand_over_) {
     const Status handed = hand_over_();
     if (!handed.ok()) return handed.error();
   }
-  Result<std::uint32_t> started =
-      StartDetached({.program = *loader_,
+  return HostCommand{.program = *loader_,
                      .arguments = std::move(arguments),
                      .folder = folder,
-                     .environment = {"WINEPREFIX=" + machine_.string()}});
-  if (!started.ok() || !took_over_) return started;
-  const auto latest = std::chrono::steady_clock::now() + kLongestStart;
-  while (!took_over_() && Lives(started.value()) && std::chrono::steady_clock::now() < latest) {
-    std::this_thread::sleep_for(kStep);
-  }
-  return started;
+                     .environment = {"WINEPREFIX=" + machine_.string()}};
 }
 
 }  // namespace zent

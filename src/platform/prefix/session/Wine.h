@@ -3,12 +3,15 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "base/Status.h"
+#include "platform/Processes.h"
+#include "platform/prefix/session/HostCommand.h"
 
 namespace zent {
 
@@ -41,7 +44,17 @@ class Wine {
   Result<std::uint32_t> Start(std::vector<std::string> arguments,
                               const std::filesystem::path& folder) const;
 
+  /// As Start, for a program that is waited for. Wine's own complaints are off: what stands in the
+  /// standard error is the program's, but for a line of Wine's when it has to set the machine up
+  /// first. Of the exit code the lowest eight bits arrive.
+  Result<std::unique_ptr<RunningProgram>> StartWaited(std::vector<std::string> arguments,
+                                                      const std::filesystem::path& folder) const;
+
  private:
+  /// Hands the machine over; the command that starts the loader.
+  Result<HostCommand> Prepare(std::vector<std::string> arguments,
+                              const std::filesystem::path& folder) const;
+
   std::optional<std::filesystem::path> loader_;
   std::filesystem::path machine_;
   HandOver hand_over_;

@@ -3,10 +3,12 @@
 #include <windows.h>
 
 #include <string>
+#include <utility>
 
 #include "platform/win32/AnsiText.h"
 #include "platform/win32/UniqueHandle.h"
 #include "platform/win32/Win32Errors.h"
+#include "platform/win32/session/WaitedProgram.h"
 
 namespace zent {
 namespace {
@@ -57,9 +59,14 @@ Result<std::string> FindProgram(const std::string& program) {
 /// The folder of a full path, with the backslash that a drive's root needs.
 std::string FolderOf(const std::string& path) { return path.substr(0, path.rfind('\\') + 1); }
 
-}  // namespace
+/// A process that has been created.
+struct Created {
+  UniqueHandle process;
+  std::uint32_t id = 0;
+};
 
-Result<std::uint32_t> Win32Processes::Start(const Launch& launch) {
+/// `streams` are null for a program that is not waited for.
+Result<Created> Create(const Launch& launch, const WaitedStreams* streams) {
   const Result<std::string> program = AnsiOf(launch.program);
   if (!program.ok()) return program.error();
   const Result<std::string> found = FindProgram(program.value());
@@ -74,16 +81,36 @@ Result<std::uint32_t> Win32Processes::Start(const Launch& launch) {
   startup.cb = sizeof(startup);
   startup.dwFlags = STARTF_USESHOWWINDOW;
   startup.wShowWindow = SW_SHOWMINIMIZED;  // with the focus
+  if (streams != nullptr) streams->GiveTo(startup);
   PROCESS_INFORMATION process = {};
-  // Named by its full path as well, so that the system does not search; no handle of ours, which
-  // would keep files and pipes open, is handed down.
-  if (CreateProcessA(path.c_str(), command_line.data(), nullptr, nullptr, FALSE, CREATE_NEW_CONSOLE,
-                     nullptr, FolderOf(path).c_str(), &startup, &process) == FALSE) {
+  // Named by its full path as well, so that the system does not search; no handle of ours but the
+  // streams, which would keep files and pipes open, is handed down.
+  if (CreateProcessA(path.c_str(), command_line.data(), nullptr, nullptr,
+                     streams == nullptr ? FALSE : TRUE, CREATE_NEW_CONSOLE, nullptr,
+                     FolderOf(path).c_str(), &startup, &process) == FALSE) {
     return StartError(GetLastError());
   }
   const UniqueHandle thread(process.hThread);
-  const UniqueHandle owner(process.hProcess);
-  return process.dwProcessId;
+  return Created{.process = UniqueHandle(process.hProcess), .id = process.dwProcessId};
+}
+
+}  // namespace
+
+Result<std::uint32_t> Win32Processes::Start(const Launch& launch) {
+  const Result<Created> created = Create(launch, nullptr);
+  if (!created.ok()) return created.error();
+  return created.value().id;
+}
+
+Result<std::unique_ptr<RunningProgram>> Win32Processes::StartWaited(const Launch& launch) {
+  Result<WaitedStreams> streams = WaitedStreams::Open();
+  if (!streams.ok()) return streams.error();
+  Result<Created> created = Create(launch, &streams.value());
+  if (!created.ok()) return created.error();
+  // Wine starts a program of its host, too, but without a handle that could be waited on.
+  if (!created.value().process.ok()) return StandardError(kInvalidProcedureCall);
+  // The program's ends close with `streams`: only the program holds them now.
+  return WaitFor(std::move(created.value().process), std::move(streams.value().reader));
 }
 
 }  // namespace zent

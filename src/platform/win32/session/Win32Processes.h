@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "platform/Processes.h"
 
 namespace zent {
@@ -10,6 +12,7 @@ namespace zent {
 class Win32Processes : public Processes {
  public:
   Result<std::uint32_t> Start(const Launch& launch) override;
+  Result<std::unique_ptr<RunningProgram>> StartWaited(const Launch& launch) override;
 };
 
 }  // namespace zent

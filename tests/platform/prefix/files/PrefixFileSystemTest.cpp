@@ -287,6 +287,10 @@ TEST(PrefixFileSystem, HostPathGivesWhereAFileLies) {
   EXPECT_EQ(files.HostPath(R"(c:\korvo\KORVO.EXE)").value_or(""), file);
   EXPECT_EQ(files.HostPath(R"(C:\link.exe)").value_or(""), file);
   EXPECT_EQ(files.HostPath(R"(C:\missing)").number(), kFileNotFound);
+  EXPECT_EQ(files.HostTarget(R"(c:\korvo\KORVO.EXE)").value_or(""), file);
+  EXPECT_EQ(files.HostTarget(R"(c:\korvo\New.txt)").value_or(""), file.parent_path() / "New.txt");
+  EXPECT_EQ(files.HostTarget(R"(C:\link.exe)").value_or(""), machine.C("link.exe"));
+  EXPECT_EQ(files.HostTarget(R"(C:\missing\New.txt)").number(), kPathNotFound);
 }
 
 TEST(PrefixFileSystem, TenThousandFilesInAFolderAreFoundAndDeleted) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "contracts/ProcessesContract.h"
 #include "platform/prefix/session/HostScripts.h"
 #include "platform/prefix/session/PrefixProcesses.h"
 
@@ -12,6 +13,9 @@ namespace {
 
 using testing::HasChildren;
 using ::testing::HasSubstr;
+using testing::ProcessesContract;
+using testing::ProcessesSubject;
+using testing::ProgramBehaviour;
 using testing::PutRecorder;
 using testing::PutScript;
 using testing::TempFolder;
@@ -38,14 +42,29 @@ class DriveLocator : public ProgramLocator {
 class PrefixProcessesTest : public ::testing::Test {
  protected:
   Result<std::uint32_t> Start(const std::string& program, const std::string& arguments = "") {
-    const Wine wine((host_.path() / "bin").string(), host_.path() / "machine",
-                    [this]() -> Status {
-                      ++hand_overs_;
-                      return hand_over_;
-                    },
-                    host_.path() / "usual/wine64");
     DriveLocator programs(Drive());
+    const Wine wine = HostWine();
     return PrefixProcesses(programs, wine).Start({program, arguments, program + " " + arguments});
+  }
+  /// The end of a program that was waited for, or why it was not started.
+  Result<ProgramEnd> Run(const std::string& program, const std::string& arguments = "") {
+    DriveLocator programs(Drive());
+    const Wine wine = HostWine();
+    const auto started = PrefixProcesses(programs, wine).StartWaited({program, arguments, program});
+    if (!started.ok()) return started.error();
+    const auto ended = started.value()->Wait(std::chrono::seconds(30));
+    if (!ended.ok()) return ended.error();
+    if (!ended.value()) return StandardError(kDeviceIoError, "it runs on and on");
+    return *ended.value();
+  }
+
+  Wine HostWine() {
+    return Wine((host_.path() / "bin").string(), host_.path() / "machine",
+                [this]() -> Status {
+                  ++hand_overs_;
+                  return hand_over_;
+                },
+                host_.path() / "usual/wine64");
   }
 
   std::filesystem::path Drive() const { return host_.path() / "machine/drive_c"; }
@@ -181,6 +200,76 @@ TEST_F(PrefixProcessesTest, RefusesWhatCannotRun) {
   EXPECT_EQ(hand_overs_, 0) << "nothing was handed over for nothing";
   EXPECT_FALSE(HasChildren());
 }
+
+TEST_F(PrefixProcessesTest, WaitedForAScriptKnowsItsMachine) {
+  PutRecorder(host_, "machine/drive_c/Korvo Files/run me", "record");
+
+  const auto end = Run(R"(C:\Korvo Files\run me)", R"("C:\a b\c.mdb" "x\"y")");
+
+  ASSERT_TRUE(end.ok()) << end.error().description;
+  EXPECT_EQ(end.value().exit_code, 0U);
+  const std::string record = Record();
+  EXPECT_THAT(record, HasSubstr("WINEPREFIX=" + (host_.path() / "machine").string() + "\n"));
+  EXPECT_THAT(record, HasSubstr("pwd=" + (Drive() / "Korvo Files").string() +
+                                "\n<C:\\a b\\c.mdb>\n<x\"y>\n"));
+  EXPECT_EQ(hand_overs_, 0);
+  EXPECT_FALSE(HasChildren());
+}
+
+TEST_F(PrefixProcessesTest, WaitsForAWindowsProgramInASilentWine) {
+  PutScript(host_, "bin/wine", "echo $WINEPREFIX $WINEDEBUG \"$@\" >&2\nexit 2");
+  const auto program = host_.Put("machine/drive_c/a b.exe", "MZ");
+
+  const auto end = Run(R"(C:\a b)", "x");
+
+  ASSERT_TRUE(end.ok()) << end.error().description;
+  EXPECT_EQ(end.value().exit_code, 2U);
+  EXPECT_EQ(end.value().error_text,
+            (host_.path() / "machine").string() + " -all " + program.string() + " x\n");
+  EXPECT_EQ(hand_overs_, 1);
+}
+
+TEST_F(PrefixProcessesTest, WaitedForOrNotItRefusesTheSame) {
+  host_.Put("machine/drive_c/text.txt", "text");
+  host_.Put("machine/drive_c/windows.exe", "MZ");
+  for (const char* program : {R"(C:\missing.exe)", R"(C:\text.txt)", R"(C:\windows.exe)", ""}) {
+    SCOPED_TRACE(program);
+    EXPECT_EQ(Run(program).number(), kFileNotFound);
+  }
+  EXPECT_EQ(Run(R"(C:\none\a.exe)").number(), kPathNotFound);
+  EXPECT_FALSE(HasChildren());
+}
+
+/// Programs are scripts of the host; one that waits does so for a file beside it.
+class PrefixSubject : public ProcessesSubject {
+ public:
+  Processes& processes() override { return processes_; }
+  std::string Put(const std::string& name, const ProgramBehaviour& behaviour) override {
+    std::string path = name;
+    std::replace(path.begin(), path.end(), '\\', '/');
+    const std::string text = host_.Put(path + ".text", behaviour.error_text).string();
+    std::string commands = fmt::format("cat '{}' >&2\nexit {}", text, behaviour.exit_code);
+    if (behaviour.waits) {
+      commands = fmt::format("while [ ! -e '{}.go' ]; do sleep 0.01; done\n",
+                             (host_.path() / path).string()) +
+                 commands;
+    }
+    PutScript(host_, path, commands);
+    return R"(C:\)" + name;
+  }
+  std::string Missing() override { return R"(C:\missing.exe)"; }
+  void Release(const std::string& program) override { host_.Put(program.substr(3) + ".go", ""); }
+
+ private:
+  TempFolder host_;
+  DriveLocator programs_{host_.path()};
+  Wine wine_{"", host_.path(), {}, "/no/wine"};
+  PrefixProcesses processes_{programs_, wine_};
+};
+
+INSTANTIATE_TEST_SUITE_P(Prefix, ProcessesContract, ::testing::Values([] {
+                           return std::unique_ptr<ProcessesSubject>(new PrefixSubject);
+                         }));
 
 }  // namespace
 }  // namespace zent

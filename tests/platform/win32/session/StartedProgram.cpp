@@ -17,15 +17,19 @@ constexpr DWORD kLongestWait = 10000;  // milliseconds
 
 }  // namespace
 
-std::string PutOtherProgram(const TempFolder& folder, const std::string& name) {
+std::string PutBeside(const char* program_name, const TempFolder& folder, const std::string& name) {
   char self[MAX_PATH] = {};
   GetModuleFileNameA(nullptr, self, MAX_PATH);
-  const auto program = std::filesystem::path(self).parent_path() / "other_program.exe";
+  const auto program = std::filesystem::path(self).parent_path() / program_name;
   std::filesystem::path target = folder.path() / OfUtf8(name);
   std::filesystem::create_directories(target.parent_path());
   std::filesystem::copy_file(program, target);
   const std::u8string path = target.make_preferred().u8string();
   return {path.begin(), path.end()};
+}
+
+std::string PutOtherProgram(const TempFolder& folder, const std::string& name) {
+  return PutBeside("other_program.exe", folder, name);
 }
 
 std::optional<std::uint32_t> WaitForExit(std::uint32_t process_id) {

@@ -8,8 +8,10 @@
 
 namespace zent::testing {
 
-/// Puts other_program.exe, which lies beside this test program, into the folder under a name of the
-/// test's choice; returns its full path. Texts are UTF-8.
+/// Puts a program that lies beside this test program into the folder under a name of the test's
+/// choice; returns its full path. Texts are UTF-8.
+std::string PutBeside(const char* program_name, const TempFolder& folder, const std::string& name);
+/// As PutBeside, for other_program.exe.
 std::string PutOtherProgram(const TempFolder& folder, const std::string& name);
 
 /// Waits for the process to end and returns its exit code; nothing when it takes ten seconds.
