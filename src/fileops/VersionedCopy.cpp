@@ -1,9 +1,9 @@
 #include "fileops/VersionedCopy.h"
 
 #include "base/Text.h"
+#include "driver/run/BackupName.h"
 #include "driver/run/PathBounds.h"
 #include "driver/run/PathMacros.h"
-#include "fileops/Backup.h"
 #include "fileops/DeleteAndRename.h"
 #include "fileops/FileSteps.h"
 #include "fileops/Registration.h"

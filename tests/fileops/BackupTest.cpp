@@ -93,21 +93,5 @@ TEST(BackUpFile, AHiddenBackupIsABackup) {
   EXPECT_EQ(given.machine.files.Contents(kBackup), "first backup");
 }
 
-TEST(FreeTimeStampedName, WaitsWithAWindowThatLivesAndAlsoWhenItIsToClose) {
-  FileMachine given;
-  given.machine.files.PutFile(kBackup, "first backup");
-  given.window.close_requested = true;
-  EXPECT_EQ(FreeTimeStampedName(given.run, R"(C:\Korvo\plain.txt)"),
-            R"(C:\Korvo\plain 2006-05-04 03-02-02.txt)");
-  EXPECT_EQ(given.machine.clock.Slept(), std::chrono::seconds(1));
-  EXPECT_FALSE(given.window.waits.empty());
-}
-
-TEST(FreeTimeStampedName, ANameWithoutAnExtensionEndsWithTheSeconds) {
-  FileMachine given;
-  EXPECT_EQ(FreeTimeStampedName(given.run, R"(C:\Korvo\folder\readme)"),
-            R"(C:\Korvo\folder\readme 2006-05-04 03-02-01)");
-}
-
 }  // namespace
 }  // namespace zent

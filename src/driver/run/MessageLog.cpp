@@ -21,6 +21,7 @@ MessageLog::Change MessageLog::Append(std::string_view text) {
   change.cut = characters_ - std::min(characters_, kLimit - kept);
   start_ += SkipCharacters(std::string_view(buffer_).substr(start_), change.cut);
   characters_ -= change.cut;
+  marked_ -= std::min(marked_, change.cut);
   caret_ = characters_;
   if (start_ > kSlack) {
     buffer_.erase(0, start_);
@@ -30,6 +31,13 @@ MessageLog::Change MessageLog::Append(std::string_view text) {
   characters_ += kept;
   change.appended = text;
   return change;
+}
+
+MessageLog::Change MessageLog::ReplaceFromMark(std::string_view text, std::size_t& replaced) {
+  replaced = characters_ - marked_;
+  buffer_.resize(start_ + SkipCharacters(this->text(), marked_));
+  characters_ = marked_;
+  return Append(text);
 }
 
 }  // namespace zent

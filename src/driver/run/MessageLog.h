@@ -21,6 +21,12 @@ class MessageLog {
   /// proportional to `text`, whatever the log holds.
   Change Append(std::string_view text);
 
+  /// Notes the end of the text as the place where counters stand; at first that is its start.
+  void Mark() { marked_ = characters_; }
+  /// Replaces everything behind the mark by `text`. `replaced` gets the number of characters taken
+  /// off the end, before anything is cut off the start.
+  Change ReplaceFromMark(std::string_view text, std::size_t& replaced);
+
   std::string_view text() const { return std::string_view(buffer_).substr(start_); }
   /// Where the caret stands: the number of characters before the newest message.
   std::size_t caret() const { return caret_; }
@@ -30,6 +36,7 @@ class MessageLog {
   std::size_t start_ = 0;       ///< of the text in the buffer, bytes
   std::size_t characters_ = 0;  ///< in the text
   std::size_t caret_ = 0;
+  std::size_t marked_ = 0;  ///< characters before the mark
 };
 
 }  // namespace zent

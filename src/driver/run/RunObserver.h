@@ -31,7 +31,7 @@ class RunObserver {
   virtual void OnXml(const XmlOperation& operation) = 0;
   /// A program start, its command line as the command gave it.
   virtual void OnLaunch(std::string_view command_line) = 0;
-  /// A counter that the window shows in place, apart from the message box.
+  /// A counter that the message box shows in place.
   virtual void OnProgress(std::string_view text) = 0;
   virtual void OnEnd(RunResult result, bool restart) = 0;
 };

@@ -30,6 +30,13 @@ void UpdateRun::ShowMsg(std::string_view message) {
   observer_.OnMessage(worded);
 }
 
+void UpdateRun::ShowCounter(std::string_view text) {
+  std::size_t replaced = 0;
+  const MessageLog::Change change = log_.ReplaceFromMark(text, replaced);
+  window.ShowCounter(change.appended, replaced, change.cut);
+  observer_.OnProgress(text);
+}
+
 void UpdateRun::SetTitle(std::string_view title) {
   title_ = title;
   window.SetTitle(title_);
@@ -92,6 +99,11 @@ void UpdateRun::EndCommand() {
 Result<std::uint32_t> UpdateRun::Start(const Launch& launch) {
   observer_.OnLaunch(MaskPassword(launch.command_line));
   return platform.processes.Start(launch);
+}
+
+Result<std::unique_ptr<RunningProgram>> UpdateRun::StartWaited(const Launch& launch) {
+  observer_.OnLaunch(MaskPassword(launch.command_line));
+  return platform.processes.StartWaited(launch);
 }
 
 void UpdateRun::Record(Outcome outcome, std::string_view reason) {

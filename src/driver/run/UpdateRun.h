@@ -2,12 +2,14 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "base/Status.h"
 #include "driver/run/CommandRecord.h"
+#include "driver/run/DatabaseConnection.h"
 #include "driver/run/MessageLog.h"
 #include "driver/run/RunObserver.h"
 #include "driver/run/RunState.h"
@@ -31,14 +33,20 @@ class UpdateRun {
   const Platform& platform;
   UpdateWindow& window;
   RunState state;
+  DatabaseConnection database;
   ButtonTags tags;
 
   // --- The window ---
 
   /// Writes a message into the message box and repaints it. A lone line break separates blocks.
   void ShowMsg(std::string_view message);
-  /// Shows a counter in place, apart from the message box.
-  void ShowProgressText(std::string_view text) { observer_.OnProgress(text); }
+  /// The place behind the newest message is where counters stand.
+  void MarkCounter() { log_.Mark(); }
+  /// Replaces what the message box holds behind that place by a counter. It is no message: the next
+  /// one follows it on the same line.
+  void ShowCounter(std::string_view text);
+  /// Says again what the message box holds already: told to the observer, the box stays.
+  void RepeatProgress(std::string_view text) { observer_.OnProgress(text); }
   void SetTitle(std::string_view title);
   const std::string& Title() const { return title_; }
   std::string_view LogText() const { return log_.text(); }
@@ -87,6 +95,8 @@ class UpdateRun {
 
   /// Starts a program, minimised and not waited for; the task identifier.
   Result<std::uint32_t> Start(const Launch& launch);
+  /// Starts a program, minimised, whose end can be waited for.
+  Result<std::unique_ptr<RunningProgram>> StartWaited(const Launch& launch);
 
  private:
   void Record(Outcome outcome, std::string_view reason);

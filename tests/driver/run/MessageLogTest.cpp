@@ -52,6 +52,35 @@ TEST(MessageLog, AMessageLongerThanTheBoxLeavesItsOwnEnd) {
   EXPECT_EQ(log.text(), change.appended);
 }
 
+TEST(MessageLog, ReplacesWhatStandsBehindTheMark) {
+  MessageLog log;
+  std::size_t replaced = 0;
+  log.Append("heading\r\n");
+  log.Mark();
+  log.ReplaceFromMark("100 \xC3\xA4", replaced);
+  EXPECT_EQ(replaced, 0U);
+  EXPECT_EQ(log.ReplaceFromMark("200", replaced).appended, "200");
+  EXPECT_EQ(replaced, 5U);
+  log.Append("an error\r\n");
+  log.ReplaceFromMark("300", replaced);
+  EXPECT_EQ(replaced, 13U);
+  EXPECT_EQ(log.text(), "heading\r\n300");
+}
+
+TEST(MessageLog, TheMarkStaysWhereItIsWhenTheStartIsCutOff) {
+  MessageLog log;
+  std::size_t replaced = 0;
+  log.Append("heading");
+  log.Mark();
+  log.Append(Repeat("x", 29996));
+  EXPECT_EQ(log.ReplaceFromMark("y", replaced).cut, 0U);
+  EXPECT_EQ(replaced, 29996U);
+  EXPECT_EQ(log.text(), "dingy");
+  log.Append(Repeat("z", 30000));
+  log.ReplaceFromMark("all", replaced);
+  EXPECT_EQ(log.text(), "all") << "the heading is gone, and the mark with it at the start";
+}
+
 TEST(MessageLog, TheCaretStandsBeforeTheNewestMessage) {
   MessageLog log;
   log.Append("abc");

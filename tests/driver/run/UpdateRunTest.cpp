@@ -131,6 +131,16 @@ TEST(AskText, NeverTellsAPassword) {
               ElementsAre("Enter Password: ***", "Enter Username: anna", "Enter Password: "));
 }
 
+TEST(StartWaited, TellsTheLineAsStartDoes) {
+  RunBuilder given;
+  given.machine.processes.EndWith(R"(C:\a.exe)", {.exit_code = 3});
+  const auto program = given.run.StartWaited(
+      {.program = R"(C:\a.exe)", .arguments = "PWD=x;", .command_line = "a.exe PWD=x;"});
+  ASSERT_TRUE(program.ok());
+  EXPECT_EQ(program.value()->Wait(std::chrono::milliseconds(0)).value()->exit_code, 3U);
+  EXPECT_EQ(given.observer.launches, std::vector<std::string>{"a.exe ******"});
+}
+
 TEST(Start, TellsTheLineAsGivenWithoutItsPassword) {
   RunBuilder given;
   const Result<std::uint32_t> task = given.run.Start(

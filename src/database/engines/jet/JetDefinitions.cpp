@@ -1,0 +1,177 @@
+#include "database/engines/jet/JetDefinitions.h"
+
+#include "base/Text.h"
+#include "database/engines/jet/JetValues.h"
+
+namespace zent {
+namespace {
+
+constexpr auto kVersion = jet::JetVersion::Jet4;
+constexpr std::string_view kTableRule = "ValidationRule";
+constexpr std::string_view kTableRuleText = "ValidationText";
+
+PropertyDefinition FromJet(const jet::Property& property) {
+  return {.name = property.name,
+          .type = static_cast<FieldType>(property.type),
+          .value = zent::FromJet(jet::PropertyValue(kVersion, property))};
+}
+
+/// Nothing for a property that the engine does not take.
+std::optional<jet::Property> ToJet(const PropertyDefinition& property) {
+  const Result<jet::Value> value = zent::ToJet(property.value);
+  if (!value.ok()) return std::nullopt;
+  Result<jet::Property> made = jet::MakeProperty(
+      property.name, static_cast<jet::ColumnType>(property.type), true, value.value());
+  if (!made.ok()) return std::nullopt;
+  return std::move(made.value());
+}
+
+std::vector<jet::Property> ToJet(const std::vector<PropertyDefinition>& properties) {
+  std::vector<jet::Property> made;
+  for (const PropertyDefinition& property : properties) {
+    if (auto one = ToJet(property)) made.push_back(std::move(*one));
+  }
+  return made;
+}
+
+}  // namespace
+
+FieldDefinition FromJet(const jet::Field& field) {
+  FieldDefinition definition = {
+      .name = field.name,
+      .type = FromJet(field.type),
+      .size = field.size,
+      .attributes = field.attributes,
+      .ordinal_position = field.ordinal_position,
+      .required = field.required,
+      .allow_zero_length = field.allow_zero_length,
+      .default_value = field.default_value,
+      .validation_rule = field.validation_rule,
+      .validation_text = field.validation_text,
+      .precision = field.precision,
+      .scale = field.scale,
+  };
+  for (const jet::Property& property : field.properties) {
+    definition.properties.push_back(FromJet(property));
+  }
+  return definition;
+}
+
+Result<jet::Field> ToJet(const FieldDefinition& field) {
+  const Result<jet::DataType> type = ToJet(field.type);
+  if (!type.ok()) return type.error();
+  jet::Field made =
+      jet::CreateField(field.name, type.value(), static_cast<std::uint16_t>(field.size));
+  made.attributes |= field.attributes;
+  made.required = field.required;
+  made.allow_zero_length = field.allow_zero_length;
+  made.default_value = field.default_value;
+  made.validation_rule = field.validation_rule;
+  made.validation_text = field.validation_text;
+  made.ordinal_position = static_cast<std::uint16_t>(field.ordinal_position);
+  if (field.type == FieldType::Decimal) {
+    made.precision = field.precision;
+    made.scale = field.scale;
+  }
+  made.properties = ToJet(field.properties);
+  return made;
+}
+
+IndexDefinition FromJet(const jet::Index& index) {
+  IndexDefinition definition = {.name = index.name,
+                                .fields = {},
+                                .primary = index.primary,
+                                .unique = index.unique,
+                                .required = index.required,
+                                .ignore_nulls = index.ignore_nulls,
+                                .foreign = index.foreign};
+  for (const jet::IndexField& field : index.fields) {
+    definition.fields.push_back({field.name, field.descending});
+  }
+  return definition;
+}
+
+jet::Index ToJet(const IndexDefinition& index) {
+  jet::Index made = {.name = index.name,
+                     .primary = index.primary,
+                     .unique = index.unique,
+                     .required = index.required,
+                     .ignore_nulls = index.ignore_nulls};
+  for (const IndexField& field : index.fields)
+    made.fields.push_back({field.name, field.descending});
+  return made;
+}
+
+RelationDefinition FromJet(const jet::Relation& relation) {
+  RelationDefinition definition = {.name = relation.name,
+                                   .table = relation.table,
+                                   .foreign_table = relation.foreign_table,
+                                   .fields = {},
+                                   .attributes = relation.attributes};
+  for (const jet::RelationField& field : relation.fields) {
+    definition.fields.push_back({field.name, field.foreign_name});
+  }
+  return definition;
+}
+
+jet::Relation ToJet(const RelationDefinition& relation) {
+  jet::Relation made = {.name = relation.name,
+                        .table = relation.table,
+                        .foreign_table = relation.foreign_table,
+                        .attributes = relation.attributes};
+  for (const RelationField& field : relation.fields) {
+    made.fields.push_back({field.name, field.foreign_name});
+  }
+  return made;
+}
+
+Result<TableDefinition> FromJet(const jet::TableDef& table) {
+  TableDefinition definition = {.name = table.name(),
+                                .attributes = table.attributes(),
+                                .connect = table.connect(),
+                                .source_table = table.source_table_name()};
+  const auto fields = table.Fields();
+  if (!fields.ok()) return fields.error();
+  for (const jet::Field& field : fields.value()) definition.fields.push_back(FromJet(field));
+  if (table.IsLinked()) return definition;
+  const auto indexes = table.Indexes();
+  if (!indexes.ok()) return indexes.error();
+  for (const jet::Index& index : indexes.value()) definition.indexes.push_back(FromJet(index));
+  const auto properties = table.Properties();
+  if (!properties.ok()) return properties.error();
+  for (const jet::Property& property : properties.value()) {
+    PropertyDefinition one = FromJet(property);
+    if (EqualsIgnoringCase(one.name, kTableRule)) {
+      definition.validation_rule = one.value.AsText();
+    } else if (EqualsIgnoringCase(one.name, kTableRuleText)) {
+      definition.validation_text = one.value.AsText();
+    } else {
+      definition.properties.push_back(std::move(one));
+    }
+  }
+  return definition;
+}
+
+Result<jet::TableDef> ToJet(const TableDefinition& table) {
+  jet::TableDef made(table.name);
+  for (const FieldDefinition& field : table.fields) {
+    const Result<jet::Field> one = ToJet(field);
+    if (!one.ok()) return one.error();
+    if (Status added = made.Append(one.value()); !added.ok()) return added.error();
+  }
+  for (const IndexDefinition& index : table.indexes) {
+    if (index.foreign) continue;
+    if (Status added = made.Append(ToJet(index)); !added.ok()) return added.error();
+  }
+  std::vector<PropertyDefinition> properties = table.properties;
+  if (!table.validation_rule.empty()) {
+    properties.push_back({std::string(kTableRule), FieldType::Memo, table.validation_rule});
+    properties.push_back({std::string(kTableRuleText), FieldType::Text, table.validation_text});
+  }
+  for (const jet::Property& property : ToJet(properties)) {
+    if (Status set = made.SetProperty(property); !set.ok()) return set.error();
+  }
+  return made;
+}
+
+}  // namespace zent

@@ -1,0 +1,175 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "database/engines/jet/HostStorage.h"
+#include "database/engines/jet/JetEngine.h"
+#include "support/TempFolder.h"
+
+namespace zent::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+/// An engine over the files of a folder of its own.
+class JetEngineTest : public ::testing::Test {
+ protected:
+  std::string PathOf(const char* name) const { return (folder_.path() / name).string(); }
+
+  void Create(const char* name, const char* connect = "") {
+    jet::Workspace workspace(*storage_);
+    const auto created = workspace.CreateDatabase(PathOf(name), connect);
+    ASSERT_TRUE(created.ok()) << created.error().description;
+  }
+
+  std::unique_ptr<OpenedDatabase> Open(const char* name, bool exclusive = false) {
+    auto opened = engine_.Open({.path = PathOf(name), .exclusive = exclusive});
+    if (!opened.ok()) {
+      ADD_FAILURE() << name << ": " << opened.error().description;
+      return nullptr;
+    }
+    return std::move(opened.value());
+  }
+
+  TempFolder folder_;
+  std::unique_ptr<jet::Storage> storage_ = HostStorage();
+  JetEngine engine_{*storage_, {.user = {.computer = "DESK7", .name = "anna"}}};
+};
+
+struct OpenFault {
+  const char* what;
+  const char* name;
+  const char* connect;
+  int number;
+};
+
+constexpr OpenFault kOpenFaults[] = {
+    {"no such file", "Missing.mdb", "", 3024},
+    {"no such folder", "Nowhere/Missing.mdb", "", 3044},
+    {"a file that is no database", "Text.mdb", "", 3343},
+    {"an empty file", "Empty.mdb", "", 3343},
+    {"a database cut off before its catalog", "Cut.mdb", "", 3049},
+    {"a password and none given", "Locked.mdb", "", 3031},
+    {"a password and another one given", "Locked.mdb", ";pwd=other", 3031},
+};
+
+TEST_F(JetEngineTest, TellsWhyADatabaseDoesNotOpen) {
+  Create("Locked.mdb", ";pwd=secret");
+  Create("Whole.mdb");
+  folder_.Put("Text.mdb", std::string(8192, 't'));
+  folder_.Put("Empty.mdb", "");
+  folder_.Put("Cut.mdb", folder_.Get("Whole.mdb").substr(0, 8192));
+  for (const OpenFault& row : kOpenFaults) {
+    SCOPED_TRACE(row.what);
+    const auto opened = engine_.Open({.path = PathOf(row.name), .connect = row.connect});
+    ASSERT_FALSE(opened.ok());
+    EXPECT_EQ(opened.error().number, row.number) << opened.error().description;
+    EXPECT_EQ(opened.error().source, kEngineSource);
+    ASSERT_EQ(engine_.Errors().size(), 1U);
+    EXPECT_EQ(engine_.Errors()[0].number, row.number);
+    EXPECT_EQ(engine_.Errors()[0].description, opened.error().description);
+  }
+}
+
+TEST_F(JetEngineTest, OpensWithThePassword) {
+  Create("Locked.mdb", ";pwd=secret");
+  EXPECT_TRUE(engine_.Open({.path = PathOf("Locked.mdb"), .connect = ";pwd=secret"}).ok());
+}
+
+TEST_F(JetEngineTest, KeepsOthersOutOfAnExclusiveDatabaseAndItsCaller) {
+  Create("Korvo.mdb");
+  {
+    const auto held = Open("Korvo.mdb");
+    EXPECT_EQ(engine_.Open({.path = PathOf("Korvo.mdb"), .exclusive = true}).number(),
+              kEngineFileInUse);
+  }
+  const auto alone = Open("Korvo.mdb", true);
+  EXPECT_EQ(engine_.Open({.path = PathOf("Korvo.mdb")}).number(), kEngineOpenedExclusively);
+}
+
+TEST_F(JetEngineTest, TellsWhoHasADatabaseOpen) {
+  Create("Korvo.mdb");
+  EXPECT_THAT(engine_.UsersOf(PathOf("Korvo.mdb")), IsEmpty());
+  {
+    const auto held = Open("Korvo.mdb");
+    EXPECT_THAT(engine_.UsersOf(PathOf("Korvo.mdb")), ElementsAre(DatabaseUser{"DESK7", "anna"}));
+  }
+  EXPECT_THAT(engine_.UsersOf(PathOf("Korvo.mdb")), IsEmpty());
+}
+
+TEST_F(JetEngineTest, RefusesChangesOfAReadOnlyDatabase) {
+  Create("Korvo.mdb");
+  ASSERT_TRUE(Open("Korvo.mdb")->Execute("CREATE TABLE T (A LONG)").ok());
+  const auto opened = engine_.Open({.path = PathOf("Korvo.mdb"), .read_only = true});
+  ASSERT_TRUE(opened.ok());
+  EXPECT_EQ(opened.value()->Execute("INSERT INTO T VALUES (1)").number(), kEngineReadOnly);
+}
+
+TEST_F(JetEngineTest, CompactsWithTheSamePassword) {
+  Create("Korvo.mdb", ";pwd=secret");
+  {
+    auto opened = engine_.Open({.path = PathOf("Korvo.mdb"), .connect = ";pwd=secret"});
+    ASSERT_TRUE(opened.ok());
+    ASSERT_TRUE(opened.value()->Execute("CREATE TABLE T (A LONG)").ok());
+    ASSERT_TRUE(opened.value()->BeginTransaction().ok());
+    for (int i = 0; i < 2000; ++i) {
+      ASSERT_TRUE(opened.value()->Execute("INSERT INTO T VALUES (" + std::to_string(i) + ")").ok());
+    }
+    ASSERT_TRUE(opened.value()->Commit().ok());
+    ASSERT_TRUE(opened.value()->Execute("DELETE FROM T WHERE A > 9").ok());
+  }
+  ASSERT_TRUE(engine_.Compact(PathOf("Korvo.mdb"), PathOf("Korvo.mdb_tmp"), ";pwd=secret").ok());
+  EXPECT_LT(std::filesystem::file_size(PathOf("Korvo.mdb_tmp")),
+            std::filesystem::file_size(PathOf("Korvo.mdb")));
+  EXPECT_EQ(engine_.Open({.path = PathOf("Korvo.mdb_tmp")}).number(), kEngineWrongPassword);
+  auto compacted = engine_.Open({.path = PathOf("Korvo.mdb_tmp"), .connect = ";pwd=secret"});
+  ASSERT_TRUE(compacted.ok());
+  EXPECT_EQ(compacted.value()->Execute("DELETE FROM T").value_or(-1), 10);
+}
+
+TEST_F(JetEngineTest, CompactsNothingThatIsOpenOrOntoAFileThatIsThere) {
+  Create("Korvo.mdb");
+  Create("Other.mdb");
+  EXPECT_EQ(engine_.Compact(PathOf("Korvo.mdb"), PathOf("Other.mdb"), "").number(), 3204);
+  const auto held = Open("Korvo.mdb");
+  EXPECT_EQ(engine_.Compact(PathOf("Korvo.mdb"), PathOf("New.mdb"), "").number(), kEngineFileInUse);
+  EXPECT_FALSE(std::filesystem::exists(PathOf("New.mdb")));
+}
+
+// The rows of a statement that names a file which this program has open belong to the transaction
+// of that file.
+TEST_F(JetEngineTest, InsertsIntoAnotherOpenedDatabaseWithinItsTransaction) {
+  Create("From.mdb");
+  Create("To.mdb");
+  {
+    const auto from = Open("From.mdb");
+    ASSERT_TRUE(from->Execute("CREATE TABLE T (A LONG)").ok());
+    ASSERT_TRUE(from->Execute("INSERT INTO T VALUES (7)").ok());
+    ASSERT_TRUE(Open("To.mdb")->Execute("CREATE TABLE T (A LONG)").ok());
+  }
+  const auto from = engine_.Open({.path = PathOf("From.mdb"), .read_only = true});
+  ASSERT_TRUE(from.ok());
+  const auto to = Open("To.mdb", true);
+  ASSERT_TRUE(to->BeginTransaction().ok());
+  const auto copied =
+      from.value()->Execute("INSERT INTO T IN \"" + PathOf("To.mdb") + "\" SELECT * FROM T");
+  EXPECT_TRUE(copied.ok()) << copied.error().description;
+  ASSERT_TRUE(to->Rollback().ok());
+  EXPECT_TRUE(to->OpenRecordset("T", RecordsetUse::Read).value()->AtEnd());
+}
+
+// What is equal, by the key, is what the database holds equal: letters in any case and width.
+TEST_F(JetEngineTest, GivesOneKeyToTextsThatAreEqual) {
+  Create("Korvo.mdb");
+  const auto database = Open("Korvo.mdb");
+  EXPECT_EQ(database->EqualityKey("Stra\xC3\x9F"
+                                  "e"),
+            database->EqualityKey("STRASSE"));
+  EXPECT_EQ(database->EqualityKey("abc"), database->EqualityKey("ABC"));
+  EXPECT_NE(database->EqualityKey("abc"), database->EqualityKey("abd"));
+}
+
+}  // namespace
+}  // namespace zent::testing
