@@ -45,11 +45,4 @@ Status WriteSetting(UpdateRun& run, const TokenList& tokens) {
   return {};
 }
 
-Status CommandNotAvailable(UpdateRun& run, const TokenList& tokens) {
-  const std::string keyword(TrimBlanks(tokens.At(1).value_or("")));
-  return run.ReportError(
-      "Error running command " + keyword,
-      {.number = kActionNotSupported, .description = "This version cannot run this command"});
-}
-
 }  // namespace zent

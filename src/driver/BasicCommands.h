@@ -17,7 +17,4 @@ Status WaitSeconds(UpdateRun& run, const TokenList& tokens);
 /// without a folder stays bare: such a file lies in the Windows folder.
 Status WriteSetting(UpdateRun& run, const TokenList& tokens);
 
-/// A keyword of the table that this version cannot carry out: a reported error.
-Status CommandNotAvailable(UpdateRun& run, const TokenList& tokens);
-
 }  // namespace zent

@@ -160,7 +160,7 @@ Status AskToCloseMailProgram(UpdateRun& run, [[maybe_unused]] const TokenList& t
   run.ShowMsg(kPleaseWait);
   for (int second = 0; second < kMailProgramSeconds; ++second) {
     run.Pause(1);
-    run.ShowProgressText(kPleaseWait);
+    run.RepeatProgress(kPleaseWait);
   }
   run.ShowMsg(" ");
   return {};

@@ -4,6 +4,11 @@
 #include <array>
 
 #include "base/Text.h"
+#include "database/StructureSync.h"
+#include "database/UpdateScript.h"
+#include "dataupdate/LookupImport.h"
+#include "dataupdate/LookupItems.h"
+#include "dataupdate/customisation/Customize.h"
 #include "driver/BasicCommands.h"
 #include "driver/Checks.h"
 #include "driver/Relocation.h"
@@ -19,6 +24,11 @@
 
 namespace zent {
 namespace {
+
+/// "stdf": the lookup items of a template are added by another folder than its structure is.
+Status BringUpToTemplate(UpdateRun& run, const TokenList& tokens) {
+  return SynchroniseStructure(run, tokens, UpdateLookupItems);
+}
 
 constexpr std::array kCommands = {
     Command{.keyword = "BeginVista", .marker = BlockMarker::Begin},
@@ -47,15 +57,15 @@ constexpr std::array kCommands = {
     Command{"CopyRegIfNewerVersion", CopyByVersion, "3"},
     Command{"CloseOutlookMessageIfRunning", AskToCloseMailProgram},
     Command{"CheckMinVersion", CheckMinVersion, "3"},
-    Command{.keyword = "stdf", .handler = CommandNotAvailable, .paths = "234", .last_token = 4},
-    Command{"importlookup", CommandNotAvailable, "2"},
+    Command{.keyword = "stdf", .handler = BringUpToTemplate, .paths = "234", .last_token = 4},
+    Command{"importlookup", ImportLookupItems, "2"},
     Command{"mkdr", MakeFolder, "2"},
     Command{"ren", RenameCommand, "23"},
     Command{"cren", RenameCommand, "23"},
-    Command{"rcw", CommandNotAvailable, "2"},
-    Command{"crcw", CommandNotAvailable, "2"},
+    Command{"rcw", RunCustomisation, "2"},
+    Command{"crcw", RunCustomisationOnce, "2"},
     Command{"xupd", UpdateXmlFiles, "2"},
-    Command{"upddb", CommandNotAvailable, "2"},
+    Command{"upddb", UpdateDatabase, "2"},
     Command{"updxfields", UpdateExtraFields, "2"},
     Command{"wrtnetupdini", WriteSetting, "2"},
     Command{"wrttoini", WriteSetting, "2"},

@@ -3,6 +3,9 @@
 #include <string>
 #include <string_view>
 
+#include "database/Counters.h"
+#include "database/InUseCheck.h"
+#include "database/port/OpenedDatabase.h"
 #include "driver/run/UpdateRun.h"
 
 namespace zent {
@@ -31,6 +34,15 @@ class frmZentUpdate final : public WindowEvents {
 
   void ExpandDestFile(std::string& dest_file, std::string_view destination) const;
   void ShowMsg(std::string_view message) { run_.ShowMsg(message); }
+
+  /// True when the user cancelled because the database cannot be opened exclusively.
+  bool IsDataBaseOpen(std::string_view path) { return zent::IsDataBaseOpen(run_, path); }
+  /// Draws the next record key of `table` into `next_number`; `success` tells whether there is one.
+  void GetNextNumber(OpenedDatabase& database, std::string_view table, std::string& next_number,
+                     bool& success) {
+    success = zent::GetNextNumber(run_, database, table, next_number);
+  }
+  static std::string KeyFieldPrefix(std::string_view table) { return zent::KeyFieldPrefix(table); }
 
   /// How the run ended.
   RunResult result() const { return result_; }

@@ -118,13 +118,5 @@ TEST(BasicCommands, TooFewTokensIsAReportedError9) {
   }
 }
 
-TEST(CommandNotAvailable, SaysWhichCommandAndFails) {
-  RunBuilder given;
-  given.Call(CommandNotAvailable, {" upddb ", "x"});
-  EXPECT_TRUE(given.run.state.ErrorOccurred);
-  EXPECT_THAT(given.window.boxes,
-              ElementsAre(::testing::StartsWith("Error running command upddb\r\n")));
-}
-
 }  // namespace
 }  // namespace zent
