@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <map>
 
 #include "app/ExitCode.h"
 #include "driver/run/Product.h"
@@ -47,6 +48,8 @@ void AddRecordOptions(CLI::App& app, CommandLine& line) {
       ->type_name("FILE");
   app.add_option("--events", line.events, "Write what happens to a file, one JSON object a line")
       ->type_name("FILE");
+  app.add_option("--trace", line.trace, "Append a trace of the database work to a file")
+      ->type_name("FILE");
   app.add_flag("--strict", line.strict,
                "Refuse what a plain run only tolerates: unknown keywords and path macros,\n"
                "text swallowed behind a path macro, a source outside the package, a wildcard\n"
@@ -68,15 +71,46 @@ void AddMachineOptions(CLI::App& app, CommandLine& line, bool shown) {
       ->group(group);
 }
 
+/// The verb that shows a statement as another kind of database gets it.
+CLI::App* AddTranslate(CLI::App& app, TranslateLine& line) {
+  auto* const verb = app.add_subcommand(
+      "translate", "Show a statement as a kind of database gets it; warn of known traps");
+  verb->fallthrough(false);
+  const std::map<std::string, SqlDialect> dialects = {{"access", SqlDialect::Access},
+                                                      {"oracle", SqlDialect::Oracle},
+                                                      {"sqlserver", SqlDialect::SqlServer}};
+  verb->add_option("--to", line.to, "sqlserver, oracle or access")
+      ->required()
+      ->transform(CLI::CheckedTransformer(dialects, CLI::ignore_case).description(""))
+      ->type_name("KIND");
+  verb->add_option("STATEMENT", line.statement,
+                   "The statement; \"-\" or nothing: standard input, less one final line break");
+  return verb;
+}
+
+/// The verb that restates an old database's data; options of a run may stand behind it.
+CLI::App* AddConvert(CLI::App& app, ConversionLine& line) {
+  auto* const verb = app.add_subcommand(
+      "convert", "Restate the data of an old database in the present tables; done once");
+  verb->add_option("SOURCE", line.source,
+                   "The database that new values of lists come from: an .mdb file, or the\n"
+                   "connect text of a server (\"DSN=...;\")")
+      ->required();
+  verb->add_option("DATABASE", line.database,
+                   "The database to convert, a file or a server; keep a copy of it")
+      ->required();
+  return verb;
+}
+
 CommandLineEnd WrongLine(const std::string& what) {
   return {.text = fmt::format("{}\nTry 'zentupdate --help'.", what), .wrong = true};
 }
 
 }  // namespace
 
-std::variant<CommandLine, CommandLineEnd> ParseCommandLine(int argc, const char* const* argv,
-                                                           const ProgramTexts& texts) {
+ParsedLine ParseCommandLine(int argc, const char* const* argv, const ProgramTexts& texts) {
   CommandLine line;
+  TranslateLine translation;
   bool window = false;
   bool console = false;
   const std::string version =
@@ -96,15 +130,29 @@ std::variant<CommandLine, CommandLineEnd> ParseCommandLine(int argc, const char*
   AddRecordOptions(app, line);
   auto* const run = app.add_subcommand("run", "Run the package; may be left out");
   run->add_option("PACKAGE", line.package, "Folder of the update package");
+  const CLI::App* const translate = AddTranslate(app, translation);
+  ConversionLine conversion;
+  const CLI::App* const convert = AddConvert(app, conversion);
 
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {
-    return CommandLineEnd{.text = app.help()};
+    const CLI::App* const asked = translate->parsed() ? translate
+                                  : convert->parsed() ? convert
+                                                      : &app;
+    return CommandLineEnd{.text = asked->help()};
   } catch (const CLI::CallForVersion& call) {
     return CommandLineEnd{.text = std::string(call.what()) + "\n"};
   } catch (const CLI::ParseError& error) {
     return WrongLine(error.what());
+  }
+  if (translate->parsed()) {
+    translation.from_input = translation.statement.empty() || translation.statement == "-";
+    return translation;
+  }
+  if (convert->parsed()) {
+    if (!line.package.empty()) return WrongLine("convert takes no package: " + line.package);
+    line.conversion = conversion;
   }
   if (!texts.takes_machine && (!line.machine.empty() || line.follow_profile_links)) {
     return WrongLine(

@@ -1,5 +1,6 @@
 #include "app/HostFile.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -22,6 +23,16 @@ Result<std::string> ReadHostFile(const std::string& name) {
   std::ifstream file(path, std::ios::binary);
   if (!file.is_open()) return StandardError(kPathFileAccess);
   return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+}
+
+Result<std::string> ReadAll(std::istream& input) {
+  std::string text;
+  char piece[4096];
+  while (input.read(piece, sizeof(piece)).gcount() > 0) {
+    text.append(piece, static_cast<std::size_t>(input.gcount()));
+    if (text.size() > kLimit) return StandardError(kOutOfStringSpace);
+  }
+  return text;
 }
 
 }  // namespace zent

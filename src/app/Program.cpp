@@ -4,10 +4,16 @@
 #include <system_error>
 #include <utility>
 
+#include "app/Convert.h"
+#include "app/DatabaseEngines.h"
 #include "app/HostFile.h"
 #include "app/HostPath.h"
 #include "app/RunRecorder.h"
+#include "app/TraceFile.h"
+#include "app/Translate.h"
+#include "base/Text.h"
 #include "driver/frmZentUpdate.h"
+#include "lib/FuncLib.h"
 #include "ui/script/ScriptWindow.h"
 
 namespace zent {
@@ -18,6 +24,7 @@ struct RunExtras {
   ScriptedAnswers answers;
   std::optional<RecordFile> log;
   std::optional<RecordFile> events;
+  std::optional<TraceFile> trace;
 };
 
 /// Opens what a run's record goes to, counted from the caller's folder; nothing for an empty path.
@@ -39,21 +46,38 @@ Result<ScriptedAnswers> ReadAnswers(const std::string& path) {
 /// True when questions are answered beforehand, not by a person.
 bool IsScripted(const CommandLine& line) { return line.unattended || !line.answers.empty(); }
 
-/// Runs the package over the opened machine through `window`.
-ExitCode RunPackage(ProgramHost& host, const CommandLine& line, UpdateWindow& window,
-                    RunObserver& observer) {
-  frmZentUpdate form(host.platform(), window, observer, {.strict = line.strict}, host.package());
+/// Shows the run of a package or a conversion in the window until its end.
+template <typename Form>
+ExitCode RunForm(ProgramHost& host, const CommandLine& line, UpdateWindow& window, Form& form,
+                 DatabaseTrace* trace) {
+  DatabaseEngines engines(host.databases(), host.platform().clock, host.ComputerName());
+  UpdateRun& run = form.run();
+  engines.Serve(run.database);
+  run.database.trace = trace;
   window.Run(form);
-  return ExitCodeOf(form.result(), form.run().state.RebootComputer, form.run().WorstOutcome(),
+  run.database.workspace.reset();  // before its engine
+  return ExitCodeOf(form.result(), run.state.RebootComputer, run.WorstOutcome(),
                     line.detailed_exitcode);
 }
 
-ExitCode RunThroughWindow(ProgramHost& host, const CommandLine& line, UpdateWindow& screen,
-                          ScriptedAnswers answers, RunObserver& observer) {
-  if (!IsScripted(line)) return RunPackage(host, line, screen, observer);
+/// Does what the line asks for on the opened machine through `window`.
+ExitCode RunLine(ProgramHost& host, const CommandLine& line, UpdateWindow& window,
+                 RunObserver& observer, DatabaseTrace* trace) {
+  if (line.conversion) {
+    ConversionRun form(host.platform(), window, observer, *line.conversion);
+    return RunForm(host, line, window, form, trace);
+  }
+  frmZentUpdate form(host.platform(), window, observer, {.strict = line.strict}, host.package());
+  return RunForm(host, line, window, form, trace);
+}
 
-  ScriptWindow script(screen, std::move(answers), line.retries);
-  const ExitCode code = RunPackage(host, line, script, observer);
+ExitCode RunThroughWindow(ProgramHost& host, const CommandLine& line, UpdateWindow& screen,
+                          RunExtras& extras, RunObserver& observer) {
+  DatabaseTrace* const trace = extras.trace ? &*extras.trace : nullptr;
+  if (!IsScripted(line)) return RunLine(host, line, screen, observer, trace);
+
+  ScriptWindow script(screen, std::move(extras.answers), line.retries);
+  const ExitCode code = RunLine(host, line, script, observer, trace);
   for (const std::string& complaint : script.complaints()) host.Complain(complaint);
   return code;
 }
@@ -66,7 +90,11 @@ std::optional<Refusal> OpenRecords(const std::filesystem::path& caller, const Co
   if (!events.ok()) return Refusal{ExitCode::WrongCommandLine, events.error().description};
   extras.log = std::move(log.value());
   extras.events = std::move(events.value());
-  return std::nullopt;
+  if (line.trace.empty()) return std::nullopt;
+  extras.trace.emplace(TextOf(caller / HostPath(line.trace)));
+  if (extras.trace->CanAppend()) return std::nullopt;
+  return Refusal{ExitCode::WrongCommandLine,
+                 StandardError(kPathFileAccess, line.trace).description};
 }
 
 /// Everything that may keep the run from its start, in the order in which it is told.
@@ -80,6 +108,7 @@ std::optional<Refusal> Prepare(ProgramHost& host, const CommandLine& line, RunEx
   std::error_code unknown;
   const std::filesystem::path caller = std::filesystem::current_path(unknown);
   if (auto refused = host.OpenMachine(line)) return refused;
+  if (line.conversion) return OpenRecords(caller, line, extras);
   const Result<std::unique_ptr<File>> list = host.platform().files.OpenForReading("ZentUpdate.ini");
   if (!list.ok()) {
     return Refusal{ExitCode::NoPackage, "no package in " + host.ShownPackage() +
@@ -101,7 +130,7 @@ ExitCode Run(ProgramHost& host, const CommandLine& line) {
   }
   RunRecorder recorder(std::move(extras.log), std::move(extras.events),
                        IsScripted(line) ? host.Notes() : nullptr);
-  return RunThroughWindow(host, line, *screen, std::move(extras.answers), recorder);
+  return RunThroughWindow(host, line, *screen, extras, recorder);
 }
 
 }  // namespace
@@ -116,7 +145,19 @@ ExitCode RunProgram(ProgramHost& host, int argc, const char* const* argv) {
     host.Complain(end->text);
     return ExitCode::WrongCommandLine;
   }
-  return Run(host, std::get<CommandLine>(parsed));
+  if (const auto* const translation = std::get_if<TranslateLine>(&parsed)) {
+    return Translate(host, *translation);
+  }
+  CommandLine line = std::get<CommandLine>(parsed);
+  if (line.conversion) {
+    // A machine may make another folder the current one.
+    for (std::string* name : {&line.conversion->source, &line.conversion->database}) {
+      if (ToLower(GetFileExtension(*name)) != "mdb") continue;
+      std::error_code unknown;
+      *name = TextOf(std::filesystem::absolute(HostPath(*name), unknown));
+    }
+  }
+  return Run(host, line);
 }
 
 }  // namespace zent

@@ -7,6 +7,8 @@
 
 #include "app/CommandLine.h"
 #include "app/ExitCode.h"
+#include "base/Status.h"
+#include "jet/storage/Storage.h"
 #include "platform/Platform.h"
 #include "ui/UpdateWindow.h"
 
@@ -25,7 +27,8 @@ class ProgramHost {
 
   /// What the command line is like here.
   virtual ProgramTexts Texts() = 0;
-  /// Opens the machine that the line means, with its package folder, for the one run of it.
+  /// Opens the machine that the line means, with its package folder, for the one run of it. A
+  /// conversion has no package, and where it names no machine gets an empty one.
   virtual std::optional<Refusal> OpenMachine(const CommandLine& line) = 0;
   /// The machine's ports; only after OpenMachine.
   virtual const Platform& platform() = 0;
@@ -33,11 +36,18 @@ class ProgramHost {
   virtual const std::string& package() = 0;
   /// The package folder as the user knows it; only after OpenMachine.
   virtual std::string ShownPackage() = 0;
+  /// The Access files of the run: of the machine, or for a conversion of the host; only after
+  /// OpenMachine.
+  virtual jet::Storage& databases() = 0;
+  /// The computer's name, shown to others who find a database in use.
+  virtual std::string ComputerName() = 0;
   /// The window of the user's choice; null when it is not to be had. `scripted`: its questions are
   /// answered beforehand, so that nothing is read.
   virtual std::unique_ptr<UpdateWindow> MakeScreen(WindowChoice choice, bool scripted) = 0;
 
-  /// Shows what was asked for: help, the version.
+  /// All of standard input, in bytes. Error: kOutOfStringSpace above 16 MB.
+  virtual Result<std::string> ReadInput() = 0;
+  /// Shows what was asked for: help, the version, a statement.
   virtual void Show(const std::string& text) = 0;
   /// Shows what is wrong, one line or more without the last line's end.
   virtual void Complain(const std::string& text) = 0;

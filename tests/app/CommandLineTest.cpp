@@ -12,7 +12,7 @@ namespace {
 
 using ::testing::HasSubstr;
 
-std::variant<CommandLine, CommandLineEnd> Parse(std::vector<const char*> arguments) {
+ParsedLine Parse(std::vector<const char*> arguments) {
   arguments.insert(arguments.begin(), "zentupdate");
   return ParseCommandLine(static_cast<int>(arguments.size()), arguments.data(),
                           {.parts = "window: none", .default_package = "the current folder"});
@@ -36,9 +36,10 @@ TEST(CommandLine, WithoutArgumentsIsAPlainRun) {
 }
 
 TEST(CommandLine, TakesEveryOption) {
-  const CommandLine line = ParseRun(
-      {"pkg", "--machine", "m", "--console", "--unattended", "--answers", "a", "--retries", "3",
-       "--log", "l", "--events", "e", "--strict", "--detailed-exitcode", "--follow-profile-links"});
+  const CommandLine line =
+      ParseRun({"pkg", "--machine", "m", "--console", "--unattended", "--answers", "a", "--retries",
+                "3", "--log", "l", "--events", "e", "--trace", "t", "--strict",
+                "--detailed-exitcode", "--follow-profile-links"});
   EXPECT_EQ(line.package, "pkg");
   EXPECT_EQ(line.machine, "m");
   EXPECT_EQ(line.window, WindowChoice::Console);
@@ -47,6 +48,7 @@ TEST(CommandLine, TakesEveryOption) {
   EXPECT_EQ(line.retries, 3);
   EXPECT_EQ(line.log, "l");
   EXPECT_EQ(line.events, "e");
+  EXPECT_EQ(line.trace, "t");
   EXPECT_TRUE(line.strict);
   EXPECT_TRUE(line.detailed_exitcode);
   EXPECT_TRUE(line.follow_profile_links);
@@ -71,7 +73,11 @@ TEST(CommandLine, RefusesWhatItDoesNotKnow) {
                                              {"--window", "--console"},
                                              {"--retries", "-1"},
                                              {"--retries", "many"},
-                                             {"check", "pkg"}}) {
+                                             {"check", "pkg"},
+                                             {"translate", "SELECT"},
+                                             {"translate", "--to"},
+                                             {"translate", "--to", "dbase", "SELECT"},
+                                             {"translate", "--to", "oracle", "A", "B"}}) {
     const auto parsed = Parse(arguments);
     ASSERT_TRUE(std::holds_alternative<CommandLineEnd>(parsed)) << arguments.front();
     EXPECT_TRUE(std::get<CommandLineEnd>(parsed).wrong);
@@ -86,9 +92,72 @@ TEST(CommandLine, HelpNamesEveryOptionAndExitCode) {
   EXPECT_FALSE(end.wrong);
   for (const char* word :
        {"PACKAGE", "--machine", "--window", "--console", "--unattended", "--answers", "--retries",
-        "--log", "--events", "--strict", "--detailed-exitcode", "--follow-profile-links",
-        "--version", "Exit codes", "the current folder"}) {
+        "--log", "--events", "--trace", "translate", "convert", "--strict", "--detailed-exitcode",
+        "--follow-profile-links", "--version", "Exit codes", "the current folder"}) {
     EXPECT_THAT(end.text, HasSubstr(word));
+  }
+}
+
+struct TranslateCase {
+  std::vector<const char*> arguments;
+  SqlDialect to;
+  const char* statement;
+  bool from_input;
+};
+
+TEST(CommandLine, TakesAStatementToTranslate) {
+  for (const TranslateCase& row : std::vector<TranslateCase>{
+           {{"translate", "--to", "sqlserver", "SELECT 1"},
+            SqlDialect::SqlServer,
+            "SELECT 1",
+            false},
+           {{"translate", "--to", "Oracle", "  A  "}, SqlDialect::Oracle, "  A  ", false},
+           {{"translate", "A", "--to=access"}, SqlDialect::Access, "A", false},
+           {{"translate", "--to", "oracle", "-"}, SqlDialect::Oracle, "-", true},
+           {{"translate", "--to", "oracle"}, SqlDialect::Oracle, "", true}}) {
+    const auto parsed = Parse(row.arguments);
+    ASSERT_TRUE(std::holds_alternative<TranslateLine>(parsed));
+    const TranslateLine& line = std::get<TranslateLine>(parsed);
+    EXPECT_EQ(line.to, row.to);
+    EXPECT_EQ(line.statement, row.statement);
+    EXPECT_EQ(line.from_input, row.from_input);
+  }
+}
+
+TEST(CommandLine, TakesTwoDatabasesToConvertAndTheOptionsOfARun) {
+  const CommandLine line =
+      ParseRun({"convert", "T.mdb", "DSN=Korvo;", "--machine", "m", "--log", "l", "--unattended"});
+  ASSERT_TRUE(line.conversion);
+  EXPECT_EQ(line.conversion->source, "T.mdb");
+  EXPECT_EQ(line.conversion->database, "DSN=Korvo;");
+  EXPECT_EQ(line.machine, "m");
+  EXPECT_EQ(line.log, "l");
+  EXPECT_TRUE(line.unattended);
+  EXPECT_FALSE(ParseRun({"pkg"}).conversion);
+}
+
+TEST(CommandLine, ConvertsNoLessAndNoMoreThanTwoDatabases) {
+  for (const auto& arguments : std::vector<std::vector<const char*>>{
+           {"convert"}, {"convert", "a.mdb"}, {"convert", "a.mdb", "b.mdb", "c"}}) {
+    const auto parsed = Parse(arguments);
+    ASSERT_TRUE(std::holds_alternative<CommandLineEnd>(parsed)) << arguments.size();
+    EXPECT_TRUE(std::get<CommandLineEnd>(parsed).wrong);
+  }
+}
+
+TEST(CommandLine, HelpOfConvertNamesItsDatabases) {
+  const auto parsed = Parse({"convert", "--help"});
+  ASSERT_TRUE(std::holds_alternative<CommandLineEnd>(parsed));
+  for (const char* word : {"SOURCE", "DATABASE", "DSN="}) {
+    EXPECT_THAT(std::get<CommandLineEnd>(parsed).text, HasSubstr(word));
+  }
+}
+
+TEST(CommandLine, HelpOfTranslateNamesItsKinds) {
+  const auto parsed = Parse({"translate", "--help"});
+  ASSERT_TRUE(std::holds_alternative<CommandLineEnd>(parsed));
+  for (const char* word : {"--to", "sqlserver, oracle or access", "STATEMENT"}) {
+    EXPECT_THAT(std::get<CommandLineEnd>(parsed).text, HasSubstr(word));
   }
 }
 

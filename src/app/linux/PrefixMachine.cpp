@@ -53,6 +53,7 @@ Status PrefixMachine::Lock(const std::filesystem::path& folder) {
 
 void PrefixMachine::BuildAdapters(const Options& options) {
   files_.emplace(*drives_, package_);
+  databases_.emplace(*files_);
   system_.emplace(*registry_);
   settings_.emplace(*files_, *system_);
   programs_.emplace(*files_);

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "app/linux/PrefixStorage.h"
 #include "base/Status.h"
 #include "platform/Platform.h"
 #include "platform/posix/UniqueFd.h"
@@ -41,6 +42,8 @@ class PrefixMachine {
   static Result<std::unique_ptr<PrefixMachine>> Open(const Options& options);
 
   const Platform& platform() const { return *platform_; }
+  /// Its Access files.
+  jet::Storage& databases() { return *databases_; }
   /// The package folder's path on the machine.
   const std::string& package() const { return package_; }
 
@@ -67,6 +70,7 @@ class PrefixMachine {
   std::unique_ptr<PrefixRegistry> registry_;
   std::optional<Drives> drives_;
   std::optional<PrefixFileSystem> files_;
+  std::optional<PrefixStorage> databases_;
   std::optional<PrefixSystemInfo> system_;
   std::optional<PrefixSettingsFiles> settings_;
   std::optional<Programs> programs_;

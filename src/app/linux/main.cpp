@@ -1,5 +1,6 @@
 #include <unistd.h>
 
+#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <exception>
@@ -9,9 +10,12 @@
 #include <optional>
 #include <utility>
 
+#include "app/HostFile.h"
 #include "app/Program.h"
 #include "app/linux/Desktop.h"
+#include "app/linux/EmptyMachine.h"
 #include "app/linux/PrefixMachine.h"
+#include "jet/host/posix/PosixStorage.h"
 #include "ui/console/ConsoleWindow.h"
 #include "ui/console/posix/PosixConsoleInput.h"
 
@@ -49,30 +53,53 @@ class LinuxHost final : public ProgramHost {
   const Platform& platform() override { return machine_->platform(); }
   const std::string& package() override { return machine_->package(); }
   std::string ShownPackage() override { return package_.string(); }
+  jet::Storage& databases() override { return *databases_; }
+  std::string ComputerName() override;
   std::unique_ptr<UpdateWindow> MakeScreen(WindowChoice choice, bool scripted) override;
+  Result<std::string> ReadInput() override { return ReadAll(std::cin); }
   void Show(const std::string& text) override { std::cout << text; }
   void Complain(const std::string& text) override { std::cerr << "zentupdate: " << text << "\n"; }
   std::ostream* Notes() override { return &std::cerr; }
 
  private:
+  /// The folder of the machine that the line means; of an empty one for a conversion without.
+  Result<std::filesystem::path> FolderFor(const CommandLine& line);
+
   std::filesystem::path package_;
+  EmptyMachine empty_machine_;
+  jet::PosixStorage host_files_;
+  jet::Storage* databases_ = nullptr;
   std::unique_ptr<DesktopWindows> windows_;
   std::unique_ptr<PrefixMachine> machine_;
   PosixConsoleInput input_{STDIN_FILENO};
 };
+
+std::string LinuxHost::ComputerName() {
+  std::array<char, 256> name = {};
+  return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "localhost";
+}
+
+Result<std::filesystem::path> LinuxHost::FolderFor(const CommandLine& line) {
+  if (!line.conversion || !line.machine.empty()) return MachineFolder(line);
+  if (const Status made = empty_machine_.Make(); !made.ok()) return made.error();
+  return empty_machine_.folder();
+}
 
 std::optional<Refusal> LinuxHost::OpenMachine(const CommandLine& line) {
   package_ = std::filesystem::absolute(line.package.empty() ? "." : line.package);
   if (!std::filesystem::is_directory(package_)) {
     return Refusal{ExitCode::NoPackage, "no package folder: " + package_.string()};
   }
-  const std::filesystem::path folder = MachineFolder(line);
-  if (folder.empty()) {
+  const Result<std::filesystem::path> folder = FolderFor(line);
+  if (!folder.ok()) {
+    return Refusal{ExitCode::Failed, "temporary folder: " + folder.error().description};
+  }
+  if (folder.value().empty()) {
     return Refusal{ExitCode::WrongCommandLine, "no machine: use --machine, or set WINEPREFIX"};
   }
   windows_ = MakeDesktopWindows();
   Result<std::unique_ptr<PrefixMachine>> machine =
-      PrefixMachine::Open({.folder = folder,
+      PrefixMachine::Open({.folder = folder.value(),
                            .package = package_,
                            .follow_profile_links = line.follow_profile_links,
                            .path_list = Environment("PATH"),
@@ -81,6 +108,7 @@ std::optional<Refusal> LinuxHost::OpenMachine(const CommandLine& line) {
     return Refusal{CodeOfMachineError(machine.error()), "machine: " + machine.error().description};
   }
   machine_ = std::move(machine.value());
+  databases_ = line.conversion ? &host_files_ : &machine_->databases();
   return std::nullopt;
 }
 

@@ -7,10 +7,12 @@
 #include <vector>
 
 #include "app/Program.h"
+#include "app/windows/ComputerName.h"
 #include "app/windows/HostFolders.h"
 #include "app/windows/LibrarySearch.h"
 #include "app/windows/Terminal.h"
 #include "app/windows/Win32Machine.h"
+#include "jet/host/win32/Win32Storage.h"
 #include "platform/win32/WideText.h"
 #include "ui/console/ConsoleWindow.h"
 #include "ui/console/win32/HandleInput.h"
@@ -36,7 +38,10 @@ class WindowsHost final : public ProgramHost {
   const Platform& platform() override { return machine_->platform(); }
   const std::string& package() override { return machine_->package(); }
   std::string ShownPackage() override { return machine_->package(); }
+  jet::Storage& databases() override { return databases_; }
+  std::string ComputerName() override { return zent::ComputerName(); }
   std::unique_ptr<UpdateWindow> MakeScreen(WindowChoice choice, bool scripted) override;
+  Result<std::string> ReadInput() override;
   void Show(const std::string& text) override;
   void Complain(const std::string& text) override;
   std::ostream* Notes() override;
@@ -50,10 +55,13 @@ class WindowsHost final : public ProgramHost {
   std::optional<HandleOutput> output_;
   std::optional<HandleOutput> notes_;
   std::unique_ptr<Win32Machine> machine_;
+  jet::Win32Storage databases_;
 };
 
 std::optional<Refusal> WindowsHost::OpenMachine(const CommandLine& line) {
-  const std::string package = line.package.empty() ? ProgramFolder() : FullFolder(line.package);
+  const std::string package = line.conversion        ? FullFolder(".")
+                              : line.package.empty() ? ProgramFolder()
+                                                     : FullFolder(line.package);
   if (!IsFolder(package)) return Refusal{ExitCode::NoPackage, "no package folder: " + package};
   Result<std::unique_ptr<Win32Machine>> machine = Win32Machine::Open(AnsiFolder(package));
   if (machine.ok()) {
@@ -78,6 +86,19 @@ std::unique_ptr<UpdateWindow> WindowsHost::MakeScreen(WindowChoice choice, bool 
   input_.emplace(terminal_.input());
   output_.emplace(terminal_.output());
   return std::make_unique<ConsoleWindow>(*input_, *output_, !scripted && input_->IsConsole());
+}
+
+Result<std::string> WindowsHost::ReadInput() {
+  constexpr std::size_t kLimit = 16U << 20U;  // bytes
+  terminal_.JoinCaller();
+  std::string text;
+  char piece[4096];
+  DWORD count = 0;
+  while (ReadFile(terminal_.input(), piece, sizeof(piece), &count, nullptr) != FALSE && count > 0) {
+    text.append(piece, count);
+    if (text.size() > kLimit) return StandardError(kOutOfStringSpace);
+  }
+  return text;
 }
 
 void WindowsHost::Show(const std::string& text) {
