@@ -16,10 +16,8 @@ namespace fs = std::filesystem;
 class Machine {
  public:
   explicit Machine(const fs::path& folder) : folder_(folder) {
-    const ProgramEnd made =
-        RunHostProgram({ZENT_SAMPLES "/make-machine", (folder / "machine").string()}, "/");
-    EXPECT_EQ(made.exit_code, 0) << made.output;
-    fs::copy(ZENT_SAMPLES "/package", folder / "package", fs::copy_options::recursive);
+    Make("machine");
+    Make("package");
     prefix_ = std::make_unique<WinePrefix>(folder / "machine", folder / "machine", folder);
   }
   const WinePrefix& prefix() const { return *prefix_; }
@@ -33,13 +31,32 @@ class Machine {
     end.machine = prefix_->State();
     MachineTree files;
     for (auto& [name, contents] : end.machine.files)
-      files[WithoutMoments(name)] = std::move(contents);
+      files[WithoutMoments(name)] =
+          name.ends_with(".mdb") ? WithoutMoments(Dump(contents)) : std::move(contents);
     end.machine.files = std::move(files);
     end.attributes = ReadAttributes(folder_ / "prefix");
     return end;
   }
 
  private:
+  void Make(const std::string& what) const {
+    const std::string maker = ZENT_SAMPLES "/make-" + what;
+    const std::string jetdb = "JETDB=" ZENT_JETDB;
+    const std::string component = "COMPONENT=" ZENT_WINDOWS_COMPONENT;
+    const ProgramEnd made =
+        RunHostProgram({"/usr/bin/env", jetdb, component, maker, (folder_ / what).string()}, "/");
+    EXPECT_EQ(made.exit_code, 0) << made.output;
+  }
+
+  /// What a database holds: two with the same need not have the same bytes.
+  std::string Dump(const std::string& bytes) const {
+    const fs::path copy = folder_ / "copy.mdb";
+    std::ofstream(copy, std::ios::binary) << bytes;
+    const ProgramEnd dumped = RunHostProgram({ZENT_JETDB, "dump", copy.string()}, "/");
+    EXPECT_EQ(dumped.exit_code, 0) << dumped.output;
+    return dumped.output;
+  }
+
   fs::path folder_;
   std::unique_ptr<WinePrefix> prefix_;
 };
