@@ -9,6 +9,8 @@ namespace zent::jet {
 namespace {
 
 constexpr std::size_t kAhead = 8;
+// Sorting holds the entries twice.
+constexpr std::size_t kEntryBytes = 2 * sizeof(KeyEntry);
 
 /// The first bytes of a key as a number that compares as they do.
 std::uint64_t HeadOf(std::string_view key) {
@@ -22,7 +24,7 @@ std::uint64_t HeadOf(std::string_view key) {
 
 }  // namespace
 
-bool KeySorter::Before(const Entry& a, const Entry& b) const {
+bool KeySorter::Before(const KeyEntry& a, const KeyEntry& b) const {
   if (a.head != b.head) return a.head < b.head;
   const int order = KeyOf(a).compare(KeyOf(b));
   return order != 0 ? order < 0 : a.row < b.row;
@@ -39,11 +41,12 @@ Status KeySorter::AddKey(RowPointer row) {
     DropKey();
     return JetError(kRecordTooLarge);
   }
-  entries_.push_back(
-      {.head = 0, .at = begin_, .length = static_cast<std::uint32_t>(length), .row = row});
+  entries_.push_back({.head = 0,
+                      .at = static_cast<std::uint32_t>(begin_),
+                      .length = static_cast<std::uint32_t>(length),
+                      .row = row});
   begin_ = keys_.size();
-  const std::size_t held = keys_.size() + entries_.size() * sizeof(Entry);
-  return held < limit_ ? Status() : Flush();
+  return keys_.size() + entries_.size() * kEntryBytes < limit_ ? Status() : Flush();
 }
 
 Status KeySorter::Finish() { return entries_.empty() && built_ ? Status() : Flush(); }
@@ -52,22 +55,27 @@ Status KeySorter::Finish() { return entries_.empty() && built_ ? Status() : Flus
 void KeySorter::SetHeads() {
   if (entries_.empty()) return;
   std::string_view common = KeyOf(entries_.front());
-  for (const Entry& entry : entries_) {
+  for (const KeyEntry& entry : entries_) {
     const std::string_view key = KeyOf(entry);
     const std::size_t least = std::min(common.size(), key.size());
     if (key.compare(0, least, common, 0, least) == 0 && least == common.size()) continue;
     const auto end = std::mismatch(common.begin(), common.begin() + least, key.begin()).first;
     common = common.substr(0, static_cast<std::size_t>(end - common.begin()));
   }
-  for (Entry& entry : entries_) entry.head = HeadOf(KeyOf(entry).substr(common.size()));
+  for (KeyEntry& entry : entries_) entry.head = HeadOf(KeyOf(entry).substr(common.size()));
 }
 
 void KeySorter::Sort() {
   SetHeads();
-  const auto before = [this](const Entry& a, const Entry& b) { return Before(a, b); };
+  const auto before = [this](const KeyEntry& a, const KeyEntry& b) { return Before(a, b); };
   // Rows often come in the order of a key.
-  if (!std::is_sorted(entries_.begin(), entries_.end(), before)) {
-    std::sort(entries_.begin(), entries_.end(), before);
+  if (std::is_sorted(entries_.begin(), entries_.end(), before)) return;
+  SortByHead(entries_);
+  for (auto first = entries_.begin(); first != entries_.end();) {
+    const auto last = std::find_if(
+        first, entries_.end(), [&](const KeyEntry& entry) { return entry.head != first->head; });
+    if (last - first > 1) std::sort(first, last, before);
+    first = last;
   }
 }
 
@@ -88,11 +96,11 @@ Status KeySorter::CheckUnique(std::string_view key, bool known) const {
 
 Status KeySorter::Build() {
   IndexBuilder builder(tree_);
-  const Entry* last = nullptr;
+  const KeyEntry* last = nullptr;
   for (std::size_t i = 0; i < entries_.size(); ++i) {
     // In order the keys lie all over the memory: ask for them before they are needed.
     if (i + kAhead < entries_.size()) __builtin_prefetch(&keys_[entries_[i + kAhead].at]);
-    const Entry& entry = entries_[i];
+    const KeyEntry& entry = entries_[i];
     const std::string_view key = KeyOf(entry);
     const bool known = last != nullptr && last->head == entry.head && KeyOf(*last) == key;
     if (Status allowed = CheckUnique(key, known); !allowed.ok()) return allowed;
@@ -104,7 +112,7 @@ Status KeySorter::Build() {
 }
 
 Status KeySorter::Insert() {
-  for (const Entry& entry : entries_) {
+  for (const KeyEntry& entry : entries_) {
     const std::string_view key = KeyOf(entry);
     const Result<bool> known = tree_.HasKey(key);
     if (!known.ok()) return known.error();

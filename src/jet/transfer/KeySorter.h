@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -7,6 +8,7 @@
 
 #include "base/Status.h"
 #include "jet/store/IndexTree.h"
+#include "jet/transfer/KeyEntry.h"
 
 namespace zent::jet {
 
@@ -18,7 +20,10 @@ class KeySorter {
   /// `tree` must outlive it. `unique`: two entries of one key are kDuplicateKey unless their key is
   /// `null_key`, that of a row whose columns are all null.
   KeySorter(IndexTree& tree, bool unique, std::string null_key, std::size_t bytes)
-      : tree_(tree), unique_(unique), null_key_(std::move(null_key)), limit_(bytes) {}
+      : tree_(tree),
+        unique_(unique),
+        null_key_(std::move(null_key)),
+        limit_(std::min(bytes, kMostBytes)) {}
 
   Status Add(std::string_view key, RowPointer row);
   /// As above in two steps, without a copy: the key is appended to `keys`, then AddKey or DropKey
@@ -32,21 +37,14 @@ class KeySorter {
   std::uint32_t distinct_keys() const { return distinct_; }
 
  private:
-  /// An entry, its key among the bytes of all; `head` is the first eight bytes in which keys
-  /// differ.
-  struct Entry {
-    std::uint64_t head;
-    std::size_t at;
-    std::uint32_t length;
-    RowPointer row;
-  };
+  static constexpr std::size_t kMostBytes = std::size_t{1} << 30U;  ///< keys are found by 32 bits
 
-  std::string_view KeyOf(const Entry& entry) const {
+  std::string_view KeyOf(const KeyEntry& entry) const {
     return std::string_view(keys_).substr(entry.at, entry.length);
   }
   void SetHeads();
   void Sort();
-  bool Before(const Entry& a, const Entry& b) const;
+  bool Before(const KeyEntry& a, const KeyEntry& b) const;
   Status Flush();
   Status Build();
   Status Insert();
@@ -57,7 +55,7 @@ class KeySorter {
   std::string null_key_;
   std::size_t limit_;
   std::string keys_;
-  std::vector<Entry> entries_;
+  std::vector<KeyEntry> entries_;
   std::size_t begin_ = 0;  ///< of the next key
   bool built_ = false;
   std::uint32_t distinct_ = 0;

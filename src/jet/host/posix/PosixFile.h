@@ -26,8 +26,12 @@ class PosixFile final : public StoredFile {
   Status Unlock(std::uint64_t offset, std::uint64_t length) override;
 
  private:
+  /// Has the system begin to put on disk what was written, so that a Flush finds little to do.
+  void StartWriteback();
+
   int fd_;
   bool writable_;
+  std::size_t unstarted_ = 0;  ///< bytes written since
 };
 
 }  // namespace zent::jet
