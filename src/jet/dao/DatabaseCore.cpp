@@ -88,9 +88,4 @@ Status DatabaseCore::Change(const std::function<Status()>& change) {
   return undone.ok() ? changed : undone;
 }
 
-Status DatabaseCore::ChangeRow(const std::function<Status()>& change) {
-  if (Status writable = Writable(); !writable.ok()) return writable;
-  return pager->in_transaction() ? change() : Change(change);
-}
-
 }  // namespace zent::jet

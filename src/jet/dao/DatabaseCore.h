@@ -48,10 +48,8 @@ struct DatabaseCore {
   /// Runs `step` over one state of the file.
   Status ReadWhole(const std::function<Status()>& step);
   /// Runs `change` as a whole: committed at once unless a transaction is open, undone when it
-  /// fails.
+  /// fails. What the open transaction did before stays.
   Status Change(const std::function<Status()>& change);
-  /// As Change, for a change of one row, which is refused as a whole by itself.
-  Status ChangeRow(const std::function<Status()>& change);
 };
 
 }  // namespace zent::jet

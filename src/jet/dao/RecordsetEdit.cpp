@@ -82,7 +82,7 @@ Status Recordset::Update() {
   if (Status open = state.core.CheckOpen(); !open.ok()) return open;
   if (state.mode == EditMode::None) return JetError(kUpdateWithoutEdit);
   const bool adding = state.mode == EditMode::Add;
-  Status saved = state.core.ChangeRow([&]() -> Status {
+  Status saved = state.core.Change([&]() -> Status {
     const Result<Table*> table = state.OpenTable();
     if (!table.ok()) return table.status();
     if (state.values.size() != table.value()->definition().columns.size()) {
@@ -112,7 +112,7 @@ Status Recordset::Delete() {
   State& state = *state_;
   if (Status current = state.CheckCurrent(); !current.ok()) return current;
   if (Status updatable = state.CheckUpdatable(); !updatable.ok()) return updatable;
-  Status deleted = state.core.ChangeRow([&]() -> Status {
+  Status deleted = state.core.Change([&]() -> Status {
     const Result<Table*> table = state.OpenTable();
     return table.ok() ? table.value()->Delete(state.row) : table.status();
   });

@@ -61,7 +61,7 @@ Status Workspace::CompactDatabase(std::string_view source, std::string_view targ
                         .target = std::string(target),
                         .password = PasswordOf(connect)};
   if (new_connect) compaction.new_password = PasswordOf(*new_connect);
-  compaction.cache_bytes = options_.cache_bytes;
+  compaction.cache_bytes = std::min(options_.cache_bytes, compaction.cache_bytes);
   return jet::CompactDatabase(storage_, compaction);
 }
 

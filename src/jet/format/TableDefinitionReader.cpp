@@ -13,6 +13,8 @@ namespace {
 constexpr std::size_t kLongMapSize = 10;  // u16 column, two row pointers
 // More than any file has; keeps a lying count from costing memory.
 constexpr std::uint32_t kMaxIndexCount = 1024;
+// Of those with a tree, which a file has 32 of at most: their counters are on the first page.
+constexpr std::uint32_t kMaxRealIndexCount = 128;
 
 ColumnDefinition ReadColumn(const Layout& layout, ByteView at) {
   const Layout::Column& place = layout.column;
@@ -102,7 +104,7 @@ class Reader {
     table_.free_map = RowPointer::FromPacked(LoadU32(stream_, place.free_map));
     at_ = place.header_size;
     if (columns > kMaxColumns) return Fault("too many columns");
-    if (logical > kMaxIndexCount || real > kMaxIndexCount) return Fault("too many indexes");
+    if (logical > kMaxIndexCount || real > kMaxRealIndexCount) return Fault("too many indexes");
     table_.columns.resize(columns);
     table_.logical_indexes.resize(logical);
     table_.real_indexes.resize(real);

@@ -41,9 +41,13 @@ Status Pager::Core::Spill() {
   if (Status alone = locks.LockOutReaders(); !alone.ok()) return alone;
   Status done = undo.Arm();
   if (done.ok()) done = WritePages(dirty);
-  // Of what failed half-way nothing is known but how to undo it.
-  doomed = !done.ok();
-  if (done.ok()) ++counters.spills;
+  if (done.ok()) {
+    ++counters.spills;
+    return done;
+  }
+  // Of what failed half-way nothing is known but how to undo it, and not a part of it alone.
+  doomed = true;
+  for (PagerPart& part : parts) part.lost = true;
   return done;
 }
 

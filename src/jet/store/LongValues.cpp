@@ -64,6 +64,8 @@ Status ReadChain(Pager& pager, const LongValueDescriptor& descriptor, PageNumber
     if (walk.done()) return Damaged(page, "a long value ends before its length");
     const Result<ValueRow> row = walk.Step();
     if (!row.ok()) return row.status();
+    // Each row brings something, so that the length bounds the work.
+    if (row.value().bytes.empty()) return Damaged(page, "a long value has an empty row");
     value += AsText(row.value().bytes).substr(0, descriptor.length - value.size());
   }
   return {};

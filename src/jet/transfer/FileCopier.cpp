@@ -88,7 +88,10 @@ Status FileCopier::CopyRows(TableStore& from, const DenseDefinition& dense, Page
   for (;;) {
     const Result<bool> more = scan.Next();
     if (!more.ok()) return more.status();
-    if (!more.value()) return loader.value()->Finish(true);
+    if (!more.value()) {
+      if (Status whole = CheckAllFound(from, loader.value()->rows()); !whole.ok()) return whole;
+      return loader.value()->Finish(true);
+    }
     if (dense.same_layout) {
       const Result<bool> copied = copier.Copy(scan.bytes(), scan.page());
       if (!copied.ok()) return copied.status();

@@ -1,5 +1,7 @@
 #include "jet/transfer/RowReader.h"
 
+#include <fmt/format.h>
+
 #include "jet/format/JetErrors.h"
 #include "jet/store/LongValues.h"
 
@@ -46,6 +48,14 @@ Status RowReader::ReadField(const RowView& row, std::size_t i, PageNumber page) 
   if (!value.ok()) return value.status();
   field.bytes = std::move(value.value());
   return {};
+}
+
+Status CheckAllFound(TableStore& from, std::uint32_t rows) {
+  const Result<std::uint32_t> counted = from.RowCount();
+  if (!counted.ok()) return counted.status();
+  if (rows >= counted.value()) return {};
+  return Damaged(from.page(), fmt::format("{} rows are found of the {} that the table counts", rows,
+                                          counted.value()));
 }
 
 }  // namespace zent::jet

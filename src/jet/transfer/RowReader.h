@@ -29,4 +29,8 @@ class RowReader {
   RowFields fields_;
 };
 
+/// kCannotOpenDatabase when `rows` are fewer than the table counts: a map that was damaged hides
+/// pages from whoever reads, and a copy without their rows would lose them for good.
+Status CheckAllFound(TableStore& from, std::uint32_t rows);
+
 }  // namespace zent::jet

@@ -44,7 +44,10 @@ Status CopyRows(Table& from, TableLoader& loader) {
   for (;;) {
     const Result<bool> more = scan.Next();
     if (!more.ok()) return more.status();
-    if (!more.value()) return loader.Finish(false);
+    if (!more.value()) {
+      if (Status whole = CheckAllFound(from.store(), loader.rows()); !whole.ok()) return whole;
+      return loader.Finish(false);
+    }
     const Result<RowFields*> fields = reader.Read(scan.bytes(), scan.page());
     if (!fields.ok()) return fields.status();
     if (Status added = loader.Add(*fields.value()); !added.ok()) return added;

@@ -8,8 +8,15 @@
 namespace zent::jet {
 namespace {
 
-// Long values come in all lengths: a few pages at a time leave little room unused.
+// Long values come in all lengths: a few pages at a time leave little room unused. Pages that are
+// open stay in the cache, which may be small: a table with many such columns has fewer for each.
 constexpr std::size_t kOpenLongValuePages = 4;
+constexpr std::size_t kOpenPagesOfATable = 128;
+
+std::size_t OpenPagesOfEach(std::size_t columns) {
+  return std::clamp(kOpenPagesOfATable / std::max<std::size_t>(columns, 1), std::size_t{1},
+                    kOpenLongValuePages);
+}
 
 /// The key of a row whose columns are all null.
 Result<std::string> NullKey(const std::vector<KeyColumn>& columns) {
@@ -36,12 +43,13 @@ TableLoader::TableLoader(UsageMaps& maps, StoredDefinition definition)
                  .reuses_slots = false},
                 1),
       builder_(table_) {
+  const std::size_t open_pages = OpenPagesOfEach(table_.long_value_maps.size());
   for (const LongValueMaps& column : table_.long_value_maps) {
     const RowPages::Owner owner = {.number = kLongValueOwner,
                                    .owned = column.owned,
                                    .free = column.free,
                                    .reuses_slots = true};
-    long_values_.try_emplace(column.column, maps, owner, kOpenLongValuePages);
+    long_values_.try_emplace(column.column, maps, owner, open_pages);
   }
 }
 

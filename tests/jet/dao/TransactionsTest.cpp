@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "jet/catalog/Catalog.h"
 #include "jet/dao/DaoFile.h"
 #include "jet/format/JetErrors.h"
 
@@ -23,6 +24,43 @@ TEST(Database, CommitsEachChangeByItselfOutsideOfTransactions) {
   ASSERT_TRUE(opened.ok()) << opened.error().description;
   const auto left = opened.value()->OpenRecordset("People");
   EXPECT_EQ(DaoFile::NamesOf(*left.value()), "Amy Bob Cid Dan");
+}
+
+/// Puts a wrong number for the room of the page that the first row of a table lies on: the page is
+/// read all the same, but not changed.
+void DamagePageOf(DaoFile& file, std::string_view table) {
+  Catalog& catalog = *file.db->catalog();
+  Pager& pager = catalog.pager();
+  RowScan scan(catalog.OpenTable(table).value()->store().rows());
+  ASSERT_TRUE(scan.Next().value_or(false));
+  PageTransaction transaction(pager);
+  {
+    Result<PageEdit> edit = pager.Edit(scan.page());
+    ASSERT_TRUE(edit.ok());
+    StoreU16(edit.value().bytes(), pager.layout().data.free_space, 1);
+  }
+  ASSERT_TRUE(transaction.Commit().ok());
+}
+
+TEST(Database, KeepsWhatATransactionDidBeforeARowThatFailsHalfWay) {
+  DaoFile given;
+  given.Run("CREATE TABLE Pets (Name TEXT(20))");
+  given.Run("INSERT INTO Pets VALUES ('Rex')");
+  DamagePageOf(given, "Pets");
+  ASSERT_TRUE(given.db->BeginTrans().ok());
+  given.Run(kAddDan);
+
+  const auto pets = given.Rows("Pets");
+  ASSERT_TRUE(pets->Edit().ok());
+  ASSERT_TRUE(pets->Put("Name", Text("Max")).ok());
+  EXPECT_EQ(pets->Update().number(), kCannotOpenDatabase);
+  ASSERT_TRUE(pets->CancelUpdate().ok());
+  EXPECT_EQ(pets->Delete().number(), kCannotOpenDatabase);
+
+  given.Run(kAddEve);
+  EXPECT_TRUE(given.db->CommitTrans().ok());
+  EXPECT_EQ(given.Names(), "Ann Bob Cid Dan Eve");
+  EXPECT_EQ(TextIn(*given.Rows("Pets"), "Name"), "Rex");
 }
 
 TEST(Database, KeepsOrUndoesTransactions) {

@@ -210,6 +210,23 @@ TEST(TableDefinition, RefusesDamage) {
   }
 }
 
+// Their counters would lie across the end of a page, or on one behind it.
+TEST(TableDefinition, RefusesMoreTreesThanHaveRoomForTheirCounters) {
+  struct Case {
+    std::uint8_t trees;
+    bool refused_for_their_number;
+  };
+  for (const Case& row : {Case{129, true}, Case{128, false}}) {
+    SCOPED_TRACE(int{row.trees});
+    std::vector<std::uint8_t> stream = RealStream();
+    stream[51] = row.trees;
+    const Result<TableDefinition> read = Parse(stream);
+    ASSERT_FALSE(read.ok());  // it holds fewer
+    const bool told = read.error().description.find("too many indexes") != std::string::npos;
+    EXPECT_EQ(told, row.refused_for_their_number) << read.error().description;
+  }
+}
+
 /// The pages of a definition that needs several.
 std::vector<std::vector<std::uint8_t>> PagesOf(JetVersion version, ByteView stream) {
   std::vector<std::vector<std::uint8_t>> pages(

@@ -115,7 +115,7 @@ struct DamageCase {
   std::uint32_t length;
   RowPointer first;
 };
-// Page 7 has, in slot 0, a row of 200 bytes; in slots 1 and 2 what the test says.
+// Page 7 has, in slot 0, a row of 200 bytes; in slots 1 to 3 what the test says.
 constexpr DamageCase kDamage[] = {
     {"longer than the file", LongValueKind::Chain, 0x3FFFFFFF, {7, 0}},
     {"a row that is too short", LongValueKind::Single, 201, {7, 0}},
@@ -125,6 +125,7 @@ constexpr DamageCase kDamage[] = {
     {"page 0", LongValueKind::Single, 10, {0, 0}},
     {"a chain that ends early", LongValueKind::Chain, 500, {7, 1}},
     {"a chain that names itself", LongValueKind::Chain, 5000, {7, 2}},
+    {"a chain with an empty row", LongValueKind::Chain, 100, {7, 3}},
 };
 TEST(LongValues, RefusesDamage) {
   Column column;
@@ -134,6 +135,9 @@ TEST(LongValues, RefusesDamage) {
   column.Written(chain);
   chain.replace(0, 4, std::string("\x02\x07\0\0", 4));
   column.Written(chain);
+  const std::string pointer("\0\x07\0\0", 4);  // to the row of 200 bytes, and nothing else
+  RowPages pages(column.file.maps(), column.owner());
+  ASSERT_TRUE(pages.Insert(AsBytes(pointer), SlotKind::Row).ok());
   ASSERT_EQ(column.file.maps().Pages(column.maps.owned).value(), std::vector<PageNumber>{7});
   for (const DamageCase& row : kDamage) {
     SCOPED_TRACE(row.what);

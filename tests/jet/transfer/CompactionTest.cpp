@@ -86,6 +86,41 @@ TEST(CompactDatabase, TakesNoDamagedRowOver) {
   EXPECT_EQ(storage.Names(), Names{"old.mdb"});
 }
 
+// More pages are open at a time than a small cache has.
+TEST(CompactDatabase, CopiesTablesOfManyLongValueColumns) {
+  MemoryStorage storage;
+  MakeWide(storage, "old.mdb");
+  const Status done = CompactDatabase(storage, {.source = "old.mdb", .target = "new.mdb"});
+  ASSERT_TRUE(done.ok()) << done.error().description;
+  const OpenedDatabase old = OpenCatalog(storage, "old.mdb");
+  const OpenedDatabase made = OpenCatalog(storage, "new.mdb");
+  ASSERT_TRUE(old.catalog && made.catalog);
+  ExpectSameContents(*old.catalog, *made.catalog);
+}
+
+/// Takes the page of the first letter out of the map of its table.
+void HideFirstLetters(Storage& storage, std::string_view path) {
+  const OpenedDatabase opened = OpenCatalog(storage, path);
+  ASSERT_TRUE(opened.catalog);
+  Result<Transaction> transaction = Transaction::Begin(*opened.catalog);
+  ASSERT_TRUE(transaction.ok());
+  Table& letters = *opened.catalog->OpenTable("Letters").value();
+  RowScan scan(letters.store().rows());
+  ASSERT_TRUE(scan.Next().value_or(false));
+  ASSERT_TRUE(opened.catalog->maps().Set(letters.definition().owned_map, scan.page(), false).ok());
+  ASSERT_TRUE(transaction.value().Commit().ok());
+}
+
+TEST(CompactDatabase, LosesNoRowsThatADamagedMapHides) {
+  MemoryStorage storage;
+  MakeLetters(storage, "old.mdb");
+  HideFirstLetters(storage, "old.mdb");
+  const Status done = CompactDatabase(storage, {.source = "old.mdb", .target = "new.mdb"});
+  EXPECT_EQ(done.number(), kCannotOpenDatabase);
+  EXPECT_NE(done.error().description.find("that the table counts"), std::string::npos);
+  EXPECT_EQ(storage.Names(), Names{"old.mdb"});
+}
+
 TEST(CompactDatabase, GoesOnWithNumbersRulesAndRelationships) {
   MemoryStorage storage;
   MakeSource(storage, "old.mdb");

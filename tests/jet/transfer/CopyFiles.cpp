@@ -133,6 +133,21 @@ void FillLetters(Catalog& catalog, int rows) {
   }
 }
 
+void FillWide(Catalog& catalog) {
+  constexpr std::size_t kColumns = 130;
+  NewTable wide{.name = "Wide"};
+  for (std::size_t i = 0; i < kColumns; ++i) {
+    wide.columns.push_back({.name = "Memo" + std::to_string(i), .type = ColumnType::Memo});
+  }
+  Expect(Schema(catalog).CreateTable(wide));
+  Table& table = *catalog.OpenTable("Wide").value();
+  // Longer than half a page: each lies on a page of its own.
+  for (int row = 0; row < 5; ++row) {
+    std::vector<Value> values(kColumns, Text(1500, static_cast<char>('a' + row)));
+    Expect(table.Insert(values).status());
+  }
+}
+
 void Fill(Catalog& catalog, int rows) {
   Schema schema(catalog);
   Expect(schema.CreateTable(Things()));
@@ -185,6 +200,10 @@ void MakeSource(Storage& storage, std::string_view path, int rows, std::string_v
 void MakeLetters(Storage& storage, std::string_view path, int rows) {
   MakeFilled(storage, path, NewDatabase(),
              [rows](Catalog& catalog) { FillLetters(catalog, rows); });
+}
+
+void MakeWide(Storage& storage, std::string_view path) {
+  MakeFilled(storage, path, NewDatabase(), FillWide);
 }
 
 }  // namespace zent::jet::testing

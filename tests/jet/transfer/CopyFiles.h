@@ -19,6 +19,10 @@ void MakeSource(Storage& storage, std::string_view path, int rows = 50,
 /// texts of all kinds in its indexes.
 void MakeLetters(Storage& storage, std::string_view path, int rows = 60);
 
+/// Makes a database whose table "Wide" has 130 memo columns, and rows whose memos all lie
+/// elsewhere.
+void MakeWide(Storage& storage, std::string_view path);
+
 /// An empty database.
 void MakeEmpty(Storage& storage, std::string_view path);
 
