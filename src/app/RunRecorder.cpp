@@ -30,6 +30,8 @@ const char* NameOf(BoxIcon icon) {
       return "question";
     case BoxIcon::Critical:
       return "critical";
+    case BoxIcon::None:
+      return "none";
   }
   return "";
 }

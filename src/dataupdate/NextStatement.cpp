@@ -6,7 +6,7 @@ namespace zent {
 
 bool NextStatement::After(const Status& statement) {
   if (statement.ok()) return true;
-  run_.Ask({.text = ErrorText("Error creating links ", statement.error())});
+  run_.Ask({.text = ErrorText("Error creating links ", statement.error()), .icon = BoxIcon::None});
   run_.Warn(ReasonOf(statement.error()));
   return false;
 }

@@ -25,7 +25,7 @@ enum class WindowButton { Close, Continue, Install360 };
 void RaiseClick(WindowEvents& events, WindowButton button);
 
 enum class BoxButtons { Ok, RetryCancel, YesNo };
-enum class BoxIcon { Information, Question, Critical };
+enum class BoxIcon { Information, Question, Critical, None };
 enum class Answer { Ok, Retry, Cancel, Yes, No };
 
 /// A message box.

@@ -60,6 +60,18 @@ TEST(RunRecorder, ABoxIsAnEventAndANoteForTheTerminal) {
   EXPECT_EQ(given.notes.str(), "Error\nNumber: 70\n-> cancel\n");
 }
 
+TEST(RunRecorder, ABoxNamesItsIcon) {
+  constexpr std::pair<BoxIcon, const char*> kIcons[] = {{BoxIcon::Information, "information"},
+                                                        {BoxIcon::Question, "question"},
+                                                        {BoxIcon::Critical, "critical"},
+                                                        {BoxIcon::None, "none"}};
+  for (const auto& [icon, name] : kIcons) {
+    Recorded given;
+    given.recorder->OnBox({.text = "Text", .icon = icon}, Answer::Ok);
+    EXPECT_EQ(given.Event().at("icon"), name);
+  }
+}
+
 TEST(RunRecorder, AnInputIsABoxToo) {
   Recorded given;
   given.recorder->OnInput({.title = "Enter Password", .prompt = "?", .hidden = true}, "***");

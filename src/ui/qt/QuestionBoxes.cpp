@@ -54,6 +54,8 @@ QMessageBox::Icon IconOf(BoxIcon icon) {
       return QMessageBox::Question;
     case BoxIcon::Critical:
       return QMessageBox::Critical;
+    case BoxIcon::None:
+      return QMessageBox::NoIcon;
     case BoxIcon::Information:
       break;
   }

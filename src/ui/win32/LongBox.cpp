@@ -38,7 +38,7 @@ std::span<const BoxButton> ButtonsOf(BoxButtons buttons) {
 }
 
 struct IconSound {
-  LPSTR icon;  ///< its number, as a macro of the system makes it
+  LPSTR icon;  ///< its number, as a macro of the system makes it; null: none
   UINT sound;
 };
 
@@ -48,6 +48,8 @@ IconSound IconOf(BoxIcon icon) {
       return {reinterpret_cast<LPSTR>(IDI_QUESTION), MB_ICONQUESTION};
     case BoxIcon::Critical:
       return {reinterpret_cast<LPSTR>(IDI_ERROR), MB_ICONERROR};
+    case BoxIcon::None:
+      return {nullptr, MB_OK};
     case BoxIcon::Information:
       break;
   }
@@ -66,9 +68,7 @@ class LongBox : public Dialog {
 
  protected:
   void Fill() override {
-    Add("Static", "", SS_ICON, kIcon);
-    const auto icon = reinterpret_cast<WPARAM>(LoadIconA(nullptr, icon_.icon));
-    SendMessageA(Item(kIcon), STM_SETICON, icon, 0);
+    if (icon_.icon != nullptr) AddIcon();
     Add("Edit", "", WS_TABSTOP | WS_VSCROLL | ES_LEFT | ES_MULTILINE | ES_READONLY, kText,
         WS_EX_CLIENTEDGE);
     SendMessageA(Item(kText), EM_LIMITTEXT, 0, 0);
@@ -83,9 +83,7 @@ class LongBox : public Dialog {
     const DialogUnits unit = units();
     const int left = unit.X(kMargin);
     const int top = unit.Y(kMargin);
-    const int icon = GetSystemMetrics(SM_CXICON);
-    Place(kIcon, left, top, icon, icon);
-    const int text_left = left + icon + left;
+    const int text_left = left + PlaceIcon(left, top);
     Place(kText, text_left, top, unit.X(kTextWidth), unit.Y(kTextHeight));
 
     const int width = text_left + unit.X(kTextWidth) + left;
@@ -109,6 +107,20 @@ class LongBox : public Dialog {
   void OnEnd(int) override {}
 
  private:
+  void AddIcon() {
+    Add("Static", "", SS_ICON, kIcon);
+    const auto icon = reinterpret_cast<WPARAM>(LoadIconA(nullptr, icon_.icon));
+    SendMessageA(Item(kIcon), STM_SETICON, icon, 0);
+  }
+
+  /// The width that the icon takes, with the margin behind it.
+  int PlaceIcon(int left, int top) const {
+    if (icon_.icon == nullptr) return 0;
+    const int size = GetSystemMetrics(SM_CXICON);
+    Place(kIcon, left, top, size, size);
+    return size + left;
+  }
+
   const std::string& text_;
   std::span<const BoxButton> buttons_;
   IconSound icon_;

@@ -32,6 +32,8 @@ UINT FlagsOf(BoxIcon icon) {
       return MB_ICONQUESTION;
     case BoxIcon::Critical:
       return MB_ICONERROR;
+    case BoxIcon::None:
+      return 0;
     case BoxIcon::Information:
       break;
   }

@@ -118,6 +118,7 @@ TEST_F(QuestionBoxesTest, ShowTheirIcon) {
       {BoxIcon::Information, QMessageBox::Information},
       {BoxIcon::Question, QMessageBox::Question},
       {BoxIcon::Critical, QMessageBox::Critical},
+      {BoxIcon::None, QMessageBox::NoIcon},
   };
   RunAndClose([&] {
     for (const auto& [icon, shown] : kIcons) {

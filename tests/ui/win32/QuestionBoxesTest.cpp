@@ -162,8 +162,10 @@ TEST_F(QuestionBoxesTest, KeepTheirButtonsOnTheScreenUnderALongText) {
 }
 
 TEST_F(QuestionBoxesTest, ShowTheirIcon) {
-  constexpr std::pair<BoxIcon, UINT> kIcons[] = {
-      {BoxIcon::Information, 32516}, {BoxIcon::Question, 32514}, {BoxIcon::Critical, 32513}};
+  constexpr std::pair<BoxIcon, UINT> kIcons[] = {{BoxIcon::Information, 32516},
+                                                 {BoxIcon::Question, 32514},
+                                                 {BoxIcon::Critical, 32513},
+                                                 {BoxIcon::None, 0}};
   RunAndClose([&] {
     for (const auto& [icon, number] : kIcons) {
       auto person = Person([] {
@@ -174,8 +176,10 @@ TEST_F(QuestionBoxesTest, ShowTheirIcon) {
         return reinterpret_cast<HICON>(shown);
       });
       window.Ask({.title = "Title", .text = LongText(), .icon = icon});
-      const HICON expected =
-          LoadIconA(nullptr, reinterpret_cast<LPCSTR>(static_cast<UINT_PTR>(number)));
+      HICON expected = nullptr;
+      if (number != 0) {
+        expected = LoadIconA(nullptr, reinterpret_cast<LPCSTR>(static_cast<UINT_PTR>(number)));
+      }
       EXPECT_EQ(person.get(), expected);
     }
   });
