@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -32,19 +33,17 @@ class Conversion {
   /// Calls `visit` on each row of a table or query, which stands on it.
   void ForEachRow(OpenedDatabase& database, std::string_view rows_of, RecordsetUse use,
                   const std::function<void(Recordset&)>& visit);
-  /// A field as text. After an error it is empty, and what is known of the row is not enough to
-  /// change it or to link it.
-  std::string Text(Recordset& row, std::string_view field);
+  /// A field as text; nothing after an error: what needs it is then left out.
+  std::optional<std::string> Text(Recordset& row, std::string_view field);
   /// The field of the first row of a query; nothing when there is none, and after an error.
   std::optional<std::string> FirstOf(std::string_view query, std::string_view field);
 
   void Change(Recordset& row, const FieldChanges& changes);
-  /// Adds a row of `Links`.
-  void AddLink(const std::string& from, const std::string& to);
+  /// Adds a row of `Links`, unless one of its ends could not be read.
+  void AddLink(const std::optional<std::string>& from, const std::optional<std::string>& to);
   void ShowCount(std::string_view before, std::string_view after);
 
  private:
-  bool unread_ = false;               ///< a field of the present row could not be read
   std::unique_ptr<Recordset> links_;  ///< to add to; of the present section
 };
 

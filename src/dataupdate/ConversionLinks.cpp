@@ -1,7 +1,9 @@
 #include <chrono>
+#include <optional>
 
 #include "base/Text.h"
 #include "database/Counters.h"
+#include "database/TranslateSQL.h"
 #include "dataupdate/Conversion.h"
 #include "lib/FuncLib.h"
 #include "platform/Clock.h"
@@ -32,7 +34,9 @@ void LinkConsultants(Conversion& conversion, const std::string& info, const std:
     rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + kLineBreak.size());
     if (IsBlank(consultant)) continue;
     const auto key = conversion.FirstOf(
-        "Select ConsIntID From Consultants Where ConsultantID='" + consultant + "'", "ConsIntID");
+        TranslateSQL(conversion.run,
+                     "Select ConsIntID From Consultants Where ConsultantID='" + consultant + "'"),
+        "ConsIntID");
     if (!key) continue;
     conversion.AddLink(*key, mail);
     ++conversion.count;
@@ -41,15 +45,29 @@ void LinkConsultants(Conversion& conversion, const std::string& info, const std:
 
 /// The name under which a receiver is shown, a contact or else a consultant; empty for neither.
 std::string DisplayNameOf(Conversion& conversion, const std::string& receiver) {
-  const auto rows = conversion.next.After(conversion.korvo.OpenRecordset(
-      "Select DisplayName From Contacts Where ContactIntID='" + receiver + "'",
-      RecordsetUse::Read));
+  const std::string contact = TranslateSQL(
+      conversion.run, "Select DisplayName From Contacts Where ContactIntID='" + receiver + "'");
+  const auto rows =
+      conversion.next.After(conversion.korvo.OpenRecordset(contact, RecordsetUse::Read));
   if (!rows) return {};
-  if (!(*rows)->AtEnd()) return conversion.Text(**rows, "DisplayName");
-  return conversion
-      .FirstOf("Select DisplayName From Consultants Where ConsIntID='" + receiver + "'",
-               "DisplayName")
-      .value_or("");
+  if (!(*rows)->AtEnd()) return conversion.Text(**rows, "DisplayName").value_or("");
+  const std::string consultant = TranslateSQL(
+      conversion.run, "Select DisplayName From Consultants Where ConsIntID='" + receiver + "'");
+  return conversion.FirstOf(consultant, "DisplayName").value_or("");
+}
+
+/// Each step needs only some of the fields: one that cannot be read costs no other step.
+void LinkMail(Conversion& conversion, Recordset& row) {
+  const auto mail = conversion.Text(row, "EMSentIntID");
+  const auto receiver = conversion.Text(row, "SentToIntID");
+  conversion.AddLink(mail, receiver);
+  ++conversion.count;
+  if (mail && conversion.Text(row, "MailType") == "Resume") {
+    const auto info = conversion.Text(row, "Info");
+    if (info && !IsBlank(*info)) LinkConsultants(conversion, *info, *mail);
+  }
+  if (!receiver) return;
+  conversion.Change(row, {{"SentToDisplayName", DisplayNameOf(conversion, *receiver)}});
 }
 
 }  // namespace
@@ -69,8 +87,8 @@ std::string ConsultantOn(std::string_view line) {
 void LinkReminders(Conversion& conversion) {
   conversion.Section("Updating Calender Links ", [&] {
     conversion.ForEachRow(conversion.korvo, "Reminders", RecordsetUse::Read, [&](Recordset& row) {
-      const std::string item = conversion.Text(row, "ItemIntID");
-      if (IsBlank(item)) return;
+      const auto item = conversion.Text(row, "ItemIntID");
+      if (!item || IsBlank(*item)) return;
       conversion.AddLink(conversion.Text(row, "RemIntID"), item);
       if (++conversion.count % kLinksBetweenCounts != 0) return;
       conversion.run.ShowMsg("    Processed " + std::to_string(conversion.count));
@@ -82,16 +100,7 @@ void LinkSentMail(Conversion& conversion) {
   conversion.Section("Updating Sent Mail Links ", [&] {
     conversion.ForEachRow(conversion.korvo, "EMailsSent", RecordsetUse::Change,
                           [&](Recordset& row) {
-                            const std::string mail = conversion.Text(row, "EMSentIntID");
-                            const std::string receiver = conversion.Text(row, "SentToIntID");
-                            conversion.AddLink(mail, receiver);
-                            ++conversion.count;
-                            const std::string info = conversion.Text(row, "Info");
-                            if (conversion.Text(row, "MailType") == "Resume" && !IsBlank(info)) {
-                              LinkConsultants(conversion, info, mail);
-                            }
-                            const std::string name = DisplayNameOf(conversion, receiver);
-                            conversion.Change(row, {{"SentToDisplayName", name}});
+                            LinkMail(conversion, row);
                             if (conversion.count % kLinksBetweenCounts == 0)
                               conversion.ShowCount("      ", " Links");
                           });
@@ -99,10 +108,9 @@ void LinkSentMail(Conversion& conversion) {
 }
 
 void DescribeLinks(Conversion& conversion) {
-  // Servers know the wildcard of the Access dialect as "%".
-  const std::string any = conversion.korvo.Kind() == DatabaseKind::Server ? "%" : "*";
-  const std::string links = "Select * FROM Links where FromID LIKE 'CS" + any +
-                            "' AND (ToID LIKE 'CN" + any + "' OR ToID LIKE 'RQ" + any + "') ";
+  const std::string links = TranslateSQL(conversion.run,
+                                         "Select * FROM Links where FromID LIKE 'CS*' AND (ToID "
+                                         "LIKE 'CN*' OR ToID LIKE 'RQ*') ");
   conversion.Section("Updating Manual Links ", [&] {
     const auto described =
         conversion.next.After(conversion.korvo.OpenRecordset("MLinkInfo", RecordsetUse::Change));

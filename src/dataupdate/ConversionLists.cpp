@@ -1,3 +1,7 @@
+#include <optional>
+#include <string>
+#include <vector>
+
 #include "dataupdate/Conversion.h"
 #include "dataupdate/LookupItems.h"
 
@@ -8,23 +12,33 @@ namespace {
 
 constexpr std::size_t kItemsBetweenCounts = 10;
 
+/// The value of a list that a classification becomes; nothing when it cannot be read.
+std::optional<LookupItem> ClassificationOf(Conversion& conversion, Recordset& row) {
+  const auto table = conversion.Text(row, "TableName");
+  if (!table) return std::nullopt;
+  const auto type = conversion.Text(row, "ClassificationType");
+  if (!type) return std::nullopt;
+  const auto name = conversion.Text(row, "ClassificationName");
+  if (!name) return std::nullopt;
+  return LookupItem{.list = *table + "." + *type, .value = *name};
+}
+
 }  // namespace
 
 void ListClassifications(Conversion& conversion) {
   conversion.Section("Updating Classifications", [&] {
     auto table = conversion.next.After(LookupTable::Open(conversion.run, conversion.korvo));
     if (!table) return;
-    conversion.ForEachRow(
-        conversion.korvo, "Classifications", RecordsetUse::Read, [&](Recordset& row) {
-          const LookupItem item = {.list = conversion.Text(row, "TableName") + "." +
-                                           conversion.Text(row, "ClassificationType"),
-                                   .value = conversion.Text(row, "ClassificationName")};
-          const auto added = conversion.next.After(table->AddIfMissing(item));
-          if (!added.value_or(false)) return;
-          if (++conversion.count % kItemsBetweenCounts == 0) {
-            conversion.ShowCount("      ", " Items");
-          }
-        });
+    conversion.ForEachRow(conversion.korvo, "Classifications", RecordsetUse::Read,
+                          [&](Recordset& row) {
+                            const auto item = ClassificationOf(conversion, row);
+                            if (!item) return;
+                            const auto added = conversion.next.After(table->AddIfMissing(*item));
+                            if (!added.value_or(false)) return;
+                            if (++conversion.count % kItemsBetweenCounts == 0) {
+                              conversion.ShowCount("      ", " Items");
+                            }
+                          });
   });
 }
 
@@ -48,16 +62,19 @@ void AddAliases(Conversion& conversion) {
         conversion.next.After(conversion.korvo.OpenRecordset("Aliases", RecordsetUse::Change));
     if (!presence || !aliases) return;
     conversion.ForEachRow(conversion.source, "Aliases", RecordsetUse::Read, [&](Recordset& row) {
-      const std::string name = conversion.Text(row, "Name");
-      const std::string alias = conversion.Text(row, "Alias");
-      // Two blanks between AND and Alias, as it has always been written.
+      const auto name = conversion.Text(row, "Name");
+      if (!name) return;
+      const auto alias = conversion.Text(row, "Alias");
+      if (!alias) return;
+      // Two blanks between AND and Alias, as it has always been written. Not translated for a
+      // server: nothing here needs it, and a name in quotation marks would lose them.
       const std::string query =
-          "Select * FROM Aliases WHERE Name='" + name + "' AND " + " Alias='" + alias + "'";
+          "Select * FROM Aliases WHERE Name='" + *name + "' AND " + " Alias='" + *alias + "'";
       std::optional<std::vector<std::string>> values;
-      if ((name + alias).find('\'') == std::string::npos) values = {name, alias};
+      if ((*name + *alias).find('\'') == std::string::npos) values = {*name, *alias};
       if (conversion.next.After(presence->Has(query, values)).value_or(true)) return;
-      if (!conversion.next.After(AddRow(**aliases, {{"Name", name}, {"Alias", alias}}))) return;
-      presence->Added({name, alias});
+      if (!conversion.next.After(AddRow(**aliases, {{"Name", *name}, {"Alias", *alias}}))) return;
+      presence->Added({*name, *alias});
       ++conversion.count;
     });
   });

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <optional>
 
 #include "base/Text.h"
 #include "dataupdate/Conversion.h"
@@ -25,30 +26,41 @@ constexpr std::array kEventTypes = {Restated{"DOB", "Birthday"}, Restated{"DOM",
                                     Restated{"DOT", "Termination Date"}};
 
 template <std::size_t kSize>
-std::string NewTextOf(const std::array<Restated, kSize>& table, const std::string& old_text,
-                      std::string_view otherwise) {
+std::optional<std::string> NewTextOf(const std::array<Restated, kSize>& table,
+                                     const std::string& old_text) {
   const auto* const found = std::find_if(
       table.begin(), table.end(), [&](const Restated& row) { return row.old_text == old_text; });
-  return std::string(found == table.end() ? otherwise : found->new_text);
+  if (found == table.end()) return std::nullopt;
+  return std::string(found->new_text);
 }
 
-/// What a row of an old type becomes; nothing for a row of another type.
+FieldChanges RetypedAppointment(Conversion& conversion, Recordset& row) {
+  const auto field = conversion.Text(row, "RemField");
+  if (!field) return {};
+  return {{"RemType", "Appointment"},
+          {"ApptType", NewTextOf(kAppointmentTypes, *field).value_or("Other")},
+          {"RemField", ""}};
+}
+
+FieldChanges RetypedEvent(Conversion& conversion, Recordset& row) {
+  const auto field = conversion.Text(row, "RemField");
+  if (!field) return {};
+  auto kind = NewTextOf(kEventTypes, *field);
+  if (!kind) kind = conversion.Text(row, "Categories");
+  if (!kind) return {};
+  return {{"RemType", "Appointment"},
+          {"ApptType", "Event"},
+          {"ApptSubType", *kind},
+          {"Categories", ""}};
+}
+
+/// What a row of an old type becomes; nothing for a row of another type, and for one of which too
+/// little can be read.
 FieldChanges RetypedRow(Conversion& conversion, Recordset& row) {
-  const std::string type = conversion.Text(row, "RemType");
-  const std::string field = conversion.Text(row, "RemField");
-  if (type == "Appt") {
-    return {{"RemType", "Appointment"},
-            {"ApptType", NewTextOf(kAppointmentTypes, field, "Other")},
-            {"RemField", ""}};
-  }
+  const auto type = conversion.Text(row, "RemType");
+  if (type == "Appt") return RetypedAppointment(conversion, row);
   if (type == "Task") return {{"RemType", "Appointment"}, {"ApptType", "Task"}};
-  if (type == "DayEvent") {
-    const std::string categories = conversion.Text(row, "Categories");
-    return {{"RemType", "Appointment"},
-            {"ApptType", "Event"},
-            {"ApptSubType", NewTextOf(kEventTypes, field, categories)},
-            {"Categories", ""}};
-  }
+  if (type == "DayEvent") return RetypedEvent(conversion, row);
   return {};
 }
 
@@ -90,9 +102,11 @@ void FillUsers(Conversion& conversion) {
       conversion.ForEachRow(
           conversion.korvo, users.table, RecordsetUse::Change, [&](Recordset& row) {
             ++conversion.count;
-            if (!IsBlank(conversion.Text(row, "UserIDs"))) return;
-            const std::string owner = users.owner.empty() ? "" : conversion.Text(row, users.owner);
-            conversion.Change(row, {{"UserIDs", UserList(UserOf(owner))}});
+            const auto list = conversion.Text(row, "UserIDs");
+            if (!list || !IsBlank(*list)) return;
+            const auto owner =
+                users.owner.empty() ? std::string() : conversion.Text(row, users.owner);
+            if (owner) conversion.Change(row, {{"UserIDs", UserList(UserOf(*owner))}});
             if (conversion.count % kRowsBetweenCounts == 0) conversion.ShowCount(" (", ")");
           });
     });

@@ -19,20 +19,17 @@ void Conversion::ForEachRow(OpenedDatabase& database, std::string_view rows_of, 
   if (!opened) return;
   Recordset& rows = **opened;
   while (!rows.AtEnd()) {
-    unread_ = false;
     visit(rows);
     if (!next.After(rows.MoveNext())) return;
   }
 }
 
-std::string Conversion::Text(Recordset& row, std::string_view field) {
-  std::optional<std::string> text = next.After(FieldText(row, field));
-  if (!text) unread_ = true;
-  return std::move(text).value_or("");
+std::optional<std::string> Conversion::Text(Recordset& row, std::string_view field) {
+  return next.After(FieldText(row, field));
 }
 
 void Conversion::Change(Recordset& row, const FieldChanges& changes) {
-  if (!unread_) next.After(ChangeRow(row, changes));
+  next.After(ChangeRow(row, changes));
 }
 
 std::optional<std::string> Conversion::FirstOf(std::string_view query, std::string_view field) {
@@ -41,8 +38,9 @@ std::optional<std::string> Conversion::FirstOf(std::string_view query, std::stri
   return Text(**found, field);
 }
 
-void Conversion::AddLink(const std::string& from, const std::string& to) {
-  if (unread_) return;
+void Conversion::AddLink(const std::optional<std::string>& from,
+                         const std::optional<std::string>& to) {
+  if (!from || !to) return;
   if (links_ == nullptr) {
     auto opened = next.After(korvo.OpenRecordset("Links", RecordsetUse::Change));
     if (!opened) return;
@@ -50,7 +48,7 @@ void Conversion::AddLink(const std::string& from, const std::string& to) {
   }
   constexpr std::int16_t kPlainLink = 1;
   next.After(AddRow(
-      *links_, {{"FromID", from}, {"ToID", to}, {"Type", kPlainLink}, {"SubType", kPlainLink}}));
+      *links_, {{"FromID", *from}, {"ToID", *to}, {"Type", kPlainLink}, {"SubType", kPlainLink}}));
 }
 
 void Conversion::ShowCount(std::string_view before, std::string_view after) {
