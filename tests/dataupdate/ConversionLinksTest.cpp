@@ -9,9 +9,12 @@ namespace {
 
 using ::testing::Contains;
 using testing::DatabaseMachine;
+using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::SizeIs;
+using ::testing::StartsWith;
 using ::testing::UnorderedElementsAre;
 
 struct LineCase {
@@ -43,14 +46,17 @@ TEST(ConsultantOn, IsBetweenTheTenthCharacterAndTheSemicolon) {
   }
 }
 
+constexpr const char* kMailTable =
+    "CREATE TABLE EMailsSent (EMSentIntID TEXT(12), SentToIntID TEXT(12), MailType TEXT(20), Info "
+    "MEMO, SentToDisplayName TEXT(50))";
+
 class LinkSections : public ::testing::Test {
  protected:
   LinkSections() : conversion(machine.run, *machine.source, *machine.korvo) {
     Execute({"CREATE TABLE Links (FromID TEXT(12), ToID TEXT(12), Type SHORT, SubType SHORT)",
              R"(CREATE TABLE Reminders (RemIntID TEXT(12) CONSTRAINT K PRIMARY KEY,
             ItemIntID TEXT(30)))",
-             R"(CREATE TABLE EMailsSent (EMSentIntID TEXT(12), SentToIntID TEXT(12),
-            MailType TEXT(20), Info MEMO, SentToDisplayName TEXT(50)))",
+             kMailTable,
              R"(CREATE TABLE Consultants (ConsultantID TEXT(20), ConsIntID TEXT(12),
             DisplayName TEXT(50)))",
              "CREATE TABLE Contacts (ContactIntID TEXT(12), DisplayName TEXT(50))",
@@ -103,6 +109,9 @@ TEST_F(LinkSections, ALinkThatDoesNotFitCostsABoxAndItselfAlone) {
   ASSERT_EQ(machine.window.questions.size(), 1U);
   EXPECT_THAT(machine.window.boxes[0], HasSubstr("Error creating links \r\nDescription: "));
   EXPECT_THAT(machine.window.boxes[0], HasSubstr("\r\nNumber: 3163"));
+  EXPECT_EQ(machine.window.questions[0].title, "ZentUpdate");
+  EXPECT_EQ(machine.window.questions[0].buttons, BoxButtons::Ok);
+  EXPECT_EQ(machine.window.questions[0].icon, BoxIcon::None);
 }
 
 TEST_F(LinkSections, ASentMailIsLinkedToItsReceiver) {
@@ -138,6 +147,39 @@ TEST_F(LinkSections, AQuoteInAKeyBreaksItsQuery) {
   EXPECT_EQ(Links().size(), 2U);
 }
 
+struct UnreadCase {
+  const char* what;
+  const char* type;
+  const char* missing;  ///< the field
+  std::vector<std::string> links;
+  const char* name;
+  std::size_t boxes;
+};
+
+TEST_F(LinkSections, AFieldOfAMailThatCannotBeReadCostsWhatNeedsIt) {
+  const UnreadCase rows[] = {
+      {"the text of a resume", "Resume", "Info", {"ES1|CN1|1|1"}, "Jane Smith", 1},
+      {"the text of another mail", "Mail", "Info", {"ES1|CN1|1|1"}, "Jane Smith", 0},
+      {"the type", "Resume", "MailType", {"ES1|CN1|1|1"}, "Jane Smith", 1},
+      {"the receiver", "Resume", "SentToIntID", {"CS1|ES1|1|1"}, "old", 1},
+      {"the key", "Resume", "EMSentIntID", {}, "Jane Smith", 1},
+  };
+  Execute({"INSERT INTO Contacts VALUES ('CN1', 'Jane Smith')",
+           "INSERT INTO Consultants VALUES ('C-1', 'CS1', 'A')"});
+  for (const UnreadCase& row : rows) {
+    SCOPED_TRACE(row.what);
+    Execute({"DELETE FROM Links", "DROP TABLE EMailsSent", kMailTable,
+             "INSERT INTO EMailsSent VALUES ('ES1', 'CN1', '" + std::string(row.type) +
+                 "', 'ConsultantC-1;', 'old')",
+             "ALTER TABLE EMailsSent DROP COLUMN " + std::string(row.missing)});
+    machine.window.questions.clear();
+    LinkSentMail(conversion);
+    EXPECT_EQ(Links(), row.links);
+    EXPECT_THAT(machine.Rows("SELECT SentToDisplayName FROM EMailsSent"), ElementsAre(row.name));
+    EXPECT_EQ(machine.window.questions.size(), row.boxes);
+  }
+}
+
 TEST_F(LinkSections, LinksOfConsultantsAreDescribed) {
   Execute({"INSERT INTO Links VALUES ('CS1', 'CN1', 1, 2)",
            "INSERT INTO Links VALUES ('CS1', 'RQ1', 3, 4)",
@@ -153,6 +195,16 @@ TEST_F(LinkSections, LinksOfConsultantsAreDescribed) {
               ElementsAre("2"));
   EXPECT_EQ(Links().size(), 4U) << "the links stay";
   EXPECT_THAT(machine.Rows("SELECT CurCount FROM Counters"), ElementsAre("ML00000002"));
+}
+
+TEST_F(LinkSections, ALinkWithoutAKeyIsNotDescribed) {
+  Execute({"DROP TABLE Counters", "INSERT INTO Links VALUES ('CS1', 'CN1', 1, 1)",
+           "INSERT INTO Links VALUES ('CS2', 'RQ1', 1, 1)"});
+  DescribeLinks(conversion);
+  EXPECT_THAT(machine.Rows("SELECT * FROM MLinkInfo"), IsEmpty());
+  EXPECT_THAT(machine.window.boxes, SizeIs(2));
+  EXPECT_THAT(machine.window.boxes, Each(StartsWith("Fatal Error - Could not get the Next ")));
+  EXPECT_EQ(Links().size(), 2U);
 }
 
 TEST_F(LinkSections, ATableThatIsMissingCostsOneBox) {

@@ -53,6 +53,21 @@ TEST_F(ListSections, EveryTenthClassificationShowsTheCount) {
   EXPECT_THAT(machine.observer.progress, ElementsAre("      10 Items", "      20 Items"));
 }
 
+TEST_F(ListSections, AClassificationThatCannotBeReadAddsNothing) {
+  for (const char* fields : {"ClassificationType TEXT(30), ClassificationName TEXT(60)",
+                             "TableName TEXT(30), ClassificationName TEXT(60)",
+                             "TableName TEXT(30), ClassificationType TEXT(30)"}) {
+    SCOPED_TRACE(fields);
+    machine.Execute(*machine.korvo, {"DROP TABLE Classifications",
+                                     std::string("CREATE TABLE Classifications (") + fields + ")",
+                                     "INSERT INTO Classifications VALUES ('a', 'b')"});
+    machine.window.questions.clear();
+    ListClassifications(conversion);
+    EXPECT_THAT(machine.Rows("SELECT * FROM Lookup"), IsEmpty());
+    EXPECT_EQ(machine.window.questions.size(), 1U);
+  }
+}
+
 TEST_F(ListSections, ValuesComeFromTheSource) {
   machine.Execute(*machine.source, {"INSERT INTO Lookup VALUES ('City', 'Rome', 'x', '1')",
                                     "INSERT INTO Lookup VALUES ('It''s', 'y', Null, Null)",
@@ -75,6 +90,19 @@ TEST_F(ListSections, AliasesComeOnce) {
               UnorderedElementsAre("Robert|Bob", "Robert|Rob"));
   EXPECT_EQ(machine.window.questions.size(), 1U) << "the name with a quote";
   EXPECT_EQ(conversion.count, 1U);
+}
+
+TEST_F(ListSections, AnAliasThatCannotBeReadAddsNothing) {
+  for (const char* field : {"Name", "Alias"}) {
+    SCOPED_TRACE(field);
+    machine.Execute(*machine.source, {"DROP TABLE Aliases",
+                                      std::string("CREATE TABLE Aliases (") + field + " TEXT(30))",
+                                      "INSERT INTO Aliases VALUES ('Bob')"});
+    machine.window.questions.clear();
+    AddAliases(conversion);
+    EXPECT_THAT(machine.Rows("SELECT * FROM Aliases"), IsEmpty());
+    EXPECT_EQ(machine.window.questions.size(), 1U);
+  }
 }
 
 }  // namespace

@@ -74,6 +74,33 @@ TEST(RetypeReminders, CategoriesThatDoNotFitStayWhereTheyAre) {
               ElementsAre("DayEvent|longer than five"));
 }
 
+struct UnreadCase {
+  const char* type;
+  const char* after;  ///< RemType, ApptType
+  std::size_t boxes;
+};
+
+TEST(RetypeReminders, ReadsOnlyWhatTheTypeNeeds) {
+  constexpr UnreadCase kRows[] = {
+      {"Task", "Appointment|Task", 0},
+      {"Other", "Other|null", 0},
+      {"Appt", "Appt|null", 1},
+      {"DayEvent", "DayEvent|null", 1},
+  };
+  for (const UnreadCase& row : kRows) {
+    SCOPED_TRACE(row.type);
+    DatabaseMachine machine;  // without RemField
+    machine.Execute(*machine.korvo,
+                    {"CREATE TABLE Reminders (RemType TEXT(20), Categories TEXT(50), ApptType "
+                     "TEXT(20), ApptSubType TEXT(20))",
+                     "INSERT INTO Reminders (RemType) VALUES ('" + std::string(row.type) + "')"});
+    Conversion conversion(machine.run, *machine.source, *machine.korvo);
+    RetypeReminders(conversion);
+    EXPECT_THAT(machine.Rows("SELECT RemType, ApptType FROM Reminders"), ElementsAre(row.after));
+    EXPECT_EQ(machine.window.questions.size(), row.boxes);
+  }
+}
+
 class Users : public ::testing::Test {
  protected:
   Users() : conversion(machine.run, *machine.source, *machine.korvo) {
@@ -116,6 +143,16 @@ TEST_F(Users, EveryRowCountsAnewInEachTable) {
   }
   FillUsers(conversion);
   EXPECT_THAT(machine.observer.progress, ElementsAre(" (100)", " (100)"));
+}
+
+TEST_F(Users, AnOwnerThatCannotBeReadLeavesTheRowAsItIs) {
+  machine.Execute(
+      *machine.korvo,
+      {"DROP TABLE Reminders", "CREATE TABLE Reminders (UserIDs TEXT(50))",
+       "INSERT INTO Reminders VALUES (Null)", "INSERT INTO Reminders VALUES (',max,')"});
+  FillUsers(conversion);
+  EXPECT_THAT(machine.Rows("SELECT UserIDs FROM Reminders"), ElementsAre("null", ",max,"));
+  EXPECT_EQ(machine.window.questions.size(), 1U);
 }
 
 TEST_F(Users, ATableWithoutTheFieldCostsABoxARow) {
