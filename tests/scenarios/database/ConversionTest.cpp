@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "scenarios/database/KorvoMachine.h"
+#include "scenarios/database/OldRecords.h"
 
 namespace zent::testing {
 namespace {
@@ -9,6 +9,7 @@ namespace {
 namespace fs = std::filesystem;
 using ::testing::AllOf;
 using ::testing::HasSubstr;
+using ::testing::Not;
 using ::testing::StartsWith;
 
 std::string OldData() {
@@ -53,6 +54,74 @@ TEST_F(ConvertVerb, RestatesADatabaseOfTheHostAndGoesOnAfterErrors) {
             "Appointment,Event,Employment Date,,\",Ada,\"\n");
   EXPECT_EQ(given.RowsOf(Old(), "SELECT LookupValue FROM Lookup ORDER BY DisplayOrder"),
             "Ulm\nBonn\n");
+  EXPECT_EQ(given.Faults(Old()), "");
+}
+
+struct ConvertedCase {
+  const char* what;
+  const char* query;
+  const char* rows;
+};
+
+constexpr ConvertedCase kConvertedCases[] = {
+    {"a calendar link", "SELECT ToID, [Type], SubType FROM Links WHERE FromID = 'RM00000001'",
+     "CN00000002,1,1\n"},
+    {"the link of a mail", "SELECT ToID FROM Links WHERE FromID = 'ES00000030'", "CS00000010\n"},
+    {"the consultants of resumes",
+     "SELECT ToID, FromID FROM Links WHERE ToID LIKE 'ES*' ORDER BY ToID, FromID",
+     "ES00000010,CS00000001\nES00000010,CS00000011\nES00000020,CS00000002\n"
+     "ES00000020,CS00000012\nES00000030,CS00000003\nES00000030,CS00000013\n"},
+    {"the names of receivers",
+     "SELECT SentToDisplayName FROM EMailsSent WHERE EMSentIntID > 'ES00000028' ORDER BY "
+     "EMSentIntID",
+     "Contact 29\nConsultant 10\n"},
+    {"a value that was there",
+     "SELECT LookupDesc, DisplayOrder FROM Lookup WHERE LookupFieldName = 'Contacts.Kind' AND "
+     "LookupValue = 'Kind 1'",
+     "ours,7\n"},
+    {"kinds of calendar items",
+     "SELECT ApptType, COUNT(*) FROM Reminders WHERE RemType = 'Appointment' GROUP BY ApptType "
+     "ORDER BY ApptType",
+     "Call,3\nEMail,4\nEvent,15\nMeeting,4\nOther,4\nTask,15\n"},
+    {"kinds of events",
+     "SELECT ApptSubType, COUNT(*) FROM Reminders WHERE ApptType = 'Event' GROUP BY ApptSubType "
+     "ORDER BY ApptSubType",
+     "Anniversary,3\nBirthday,3\nEmployment Date,3\nTermination Date,3\nTrade,3\n"},
+    {"other calendar items", "SELECT COUNT(*) FROM Reminders WHERE RemType = 'Note'", "15\n"},
+    {"a value that came", "SELECT DisplayOrder FROM Lookup WHERE LookupValue = 'Town 30'", "30\n"},
+    {"an alias that came", "SELECT Alias FROM Aliases WHERE Name = 'Name 12'", "Alias 12\n"},
+    {"who sees a contact",
+     "SELECT UserIDs, COUNT(*) FROM Contacts GROUP BY UserIDs ORDER BY UserIDs",
+     "\",(All),\",30\n\",max,\",10\n"},
+    {"who sees a mail",
+     "SELECT UserIDs, COUNT(*) FROM EMailsSent GROUP BY UserIDs ORDER BY UserIDs",
+     "\",(All),\",15\n\",Ada,\",15\n"},
+    {"who sees a reminder",
+     "SELECT UserIDs, COUNT(*) FROM Reminders GROUP BY UserIDs ORDER BY UserIDs",
+     "\",(All),\",30\n\",Grace,\",30\n"},
+    {"the described links",
+     "SELECT MLinkIntID, FromID, ToID, [Type], SubType, UserIDs FROM MLinkInfo ORDER BY MLinkIntID",
+     "ML00000001,CS00000001,CN00000001,1,2,\",(All),\"\n"
+     "ML00000002,CS00000002,RQ00000001,3,4,\",(All),\"\n"},
+    {"the counter", "SELECT CurCount FROM Counters WHERE TableName = 'MLinkInfo'", "ML00000002\n"},
+};
+
+TEST_F(ConvertVerb, RestatesEverythingOfAWholeDatabaseWithoutABox) {
+  given.MakeDatabase("Old.mdb", OldRecords());
+  given.MakeDatabase("New.mdb", NewLists());
+
+  EXPECT_THAT(
+      Convert(given, {"New.mdb", "Old.mdb", "--detailed-exitcode"}),
+      AllOf(StartsWith("0\n"), Not(HasSubstr("Error")), HasSubstr("  Conversion completed.\n")));
+
+  const std::vector<std::string> counts = SectionCountsOf(given, Old());
+  ASSERT_EQ(counts.size(), std::size(kSectionCounts));
+  for (std::size_t i = 0; i < counts.size(); ++i) {
+    EXPECT_EQ(counts[i], std::to_string(kSectionCounts[i].after)) << kSectionCounts[i].counted;
+  }
+  for (const ConvertedCase& row : kConvertedCases) {
+    EXPECT_EQ(given.RowsOf(Old(), row.query), row.rows) << row.what;
+  }
   EXPECT_EQ(given.Faults(Old()), "");
 }
 
