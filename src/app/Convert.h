@@ -14,7 +14,8 @@ class ConversionRun final : public WindowEvents {
   ConversionRun(const Platform& platform, UpdateWindow& window, RunObserver& observer,
                 ConversionLine line);
 
-  /// Opens both databases, which nobody else may have open, and converts.
+  /// Opens both databases and converts the second to its end, whatever becomes of the window. The
+  /// source is only read; a file that is converted nobody else may have open.
   void Form_Load() override;
   void cmdClose_Click() override { run_.window.Close(); }
   void cmdContinue_Click() override {}
