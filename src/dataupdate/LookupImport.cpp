@@ -45,7 +45,7 @@ Status Import(UpdateRun& run, const std::string& path) {
 
 Result<std::optional<LookupItem>> ItemOnLine(std::string_view line) {
   TokenList fields;
-  if (const auto cut = GetTokens(line, ",", fields); !cut.ok()) return cut.error();
+  if (const auto cut = GetTokens(line, ",", fields, "\""); !cut.ok()) return cut.error();
   const auto field = [&](std::size_t number) {
     return StripQuotes(fields.At(number).value_or(""));
   };

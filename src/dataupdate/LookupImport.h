@@ -11,8 +11,9 @@
 namespace zent {
 
 /// The item on a line of an import file: list, value, description and order, with "," between and
-/// perhaps in quotes; what is missing at the end is empty. Nothing for a line that is not to be
-/// imported: its list or its value is blank, or it is the heading.
+/// perhaps in quotes, within which a "," does not divide; what is missing at the end is empty.
+/// Nothing for a line that is not to be imported: its list or its value is blank, or it is the
+/// heading.
 ///
 /// Error: a line that cannot be cut into fields.
 Result<std::optional<LookupItem>> ItemOnLine(std::string_view line);
