@@ -3,7 +3,7 @@
 #include "base/Text.h"
 #include "database/DBFuncs.h"
 #include "driver/run/Messages.h"
-#include "driver/run/PathMacros.h"
+#include "driver/run/PathBounds.h"
 #include "lib/FuncLib.h"
 #include "lib/TextFileReader.h"
 
@@ -38,7 +38,15 @@ Status Import(UpdateRun& run, const std::string& path) {
   const Status imported = ImportLines(file.value(), table.value());
   // What came before the line that failed stays.
   const Status committed = database.Commit();
+  if (!committed.ok()) run.Note("nothing was kept: " + ReasonOf(committed.error()));
   return imported.ok() ? committed : imported;
+}
+
+/// What every error of an import comes to: one message, and the end of the list.
+Status ReportImportError(UpdateRun& run, const RuntimeError& error) {
+  run.ShowMsg(ErrorText("Error importing Lookup ", error));
+  run.FailStep(error);
+  return {};
 }
 
 }  // namespace
@@ -57,14 +65,12 @@ Result<std::optional<LookupItem>> ItemOnLine(std::string_view line) {
 
 Status ImportLookupItems(UpdateRun& run, const TokenList& tokens) {
   const Result<std::string> argument = tokens.At(2);
-  if (!argument.ok()) return argument.error();
+  if (!argument.ok()) return ReportImportError(run, argument.error());
+  const std::optional<std::string> path = UpdateDescription(run, argument.value());
+  if (!path) return {};
   run.ShowMsg("Importing Lookup Items");
-  const Status imported = Import(run, ExpandPath(run, argument.value()));
-  if (!imported.ok()) {
-    run.ShowMsg(ErrorText("Error importing Lookup ", imported.error()));
-    run.FailStep(imported.error());
-  }
-  return {};
+  const Status imported = Import(run, *path);
+  return imported.ok() ? imported : ReportImportError(run, imported.error());
 }
 
 }  // namespace zent

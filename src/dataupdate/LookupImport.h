@@ -19,7 +19,8 @@ namespace zent {
 Result<std::optional<LookupItem>> ItemOnLine(std::string_view line);
 
 /// "importlookup,FILE": adds to the application's database the items of a text file that it lacks.
-/// An error ends the import at its line and is told in one message; the items before it stay.
+/// The file lies in the package, unless it begins with a macro or a drive (UpdateDescription). An
+/// error ends the import at its line and is told in one message; the items before it stay.
 Status ImportLookupItems(UpdateRun& run, const TokenList& tokens);
 
 }  // namespace zent

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "database/fakes/DatabaseRun.h"
 #include "dataupdate/DatabaseMachine.h"
 #include "dataupdate/LookupImport.h"
 #include "jet/format/JetErrors.h"
@@ -9,10 +10,15 @@ namespace zent {
 namespace {
 
 using testing::DatabaseMachine;
+using testing::DatabaseRun;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::StartsWith;
+
+constexpr const char* kKorvo = R"(D:\Data\Korvo.mdb)";
+const std::vector<std::string> kLookupFields = {"LookupFieldName", "LookupValue", "LookupDesc",
+                                                "DisplayOrder"};
 
 struct LineCase {
   const char* what;
@@ -27,8 +33,8 @@ TEST(ItemOnLine, TakesFourFields) {
       {"quotes within stay", R"(City,Be"rl"in,,)", R"(City|Be"rl"in||)"},
       {"a comma within quotes belongs to the text", R"(City,"Halle, Saale",x,3)",
        "City|Halle, Saale|x|3"},
-      {"as it does between quotes within", R"(City,Halle "an der, Saale",x,3)",
-       R"(City|Halle "an der, Saale"|x|3)"},
+      {"as it does between quotes within", R"(City,Halle "an, der" Saale,x,3)",
+       R"(City|Halle "an, der" Saale|x|3)"},
       {"behind a quote without a partner the rest is one text", R"(City,"Halle,x,3)",
        "City|Halle,x,3||"},
       {"which may be in the middle", R"(City,19" rack,x,3)", R"(City|19" rack,x,3||)"},
@@ -120,6 +126,66 @@ TEST_F(Import, ReportsADatabaseThatIsMissing) {
 
 TEST_F(Import, NeedsAFile) {
   EXPECT_EQ(machine.Call(ImportLookupItems, {"importlookup"}).outcome, Outcome::Failed);
+  EXPECT_THAT(machine.messages(), ElementsAre("Error importing Lookup \r\n"
+                                              "Description: Subscript out of range\r\nNumber: 9"));
+  EXPECT_THAT(machine.window.boxes, IsEmpty());
+  EXPECT_TRUE(machine.run.state.ErrorOccurred);
+}
+
+struct BoundsCase {
+  const char* what;
+  const char* argument;
+  const char* file;
+  bool is_inside;
+};
+
+constexpr BoundsCase kBoundsCases[] = {
+    {"the package", "Items.txt", R"(D:\Package\Items.txt)", true},
+    {"a folder of a macro", R"($(apppath)\Items.txt)", R"(C:\Korvo\Items.txt)", true},
+    {"the package by its drive", R"(D:\Package\Items.txt)", R"(D:\Package\Items.txt)", true},
+    {"elsewhere", R"(E:\Items.txt)", R"(E:\Items.txt)", false},
+    {"above the package", R"(..\Items.txt)", R"(D:\Items.txt)", false},
+};
+
+TEST(ImportLookupItems, WarnsOfAFileElsewhereAndRefusesItWhenStrict) {
+  for (const BoundsCase& row : kBoundsCases) {
+    SCOPED_TRACE(row.what);
+    for (const bool strict : {false, true}) {
+      DatabaseRun given({.strict = strict});
+      given.run.state.KorvoDataBaseName = kKorvo;
+      given.PutDatabase(kKorvo).Add("Lookup", kLookupFields);
+      given.machine.files.PutFile(row.file, "City,Berlin\r\n");
+
+      const CommandRecord record = given.Call(ImportLookupItems, {"importlookup", row.argument});
+
+      const bool refused = strict && !row.is_inside;
+      EXPECT_EQ(record.outcome, refused         ? Outcome::Failed
+                                : row.is_inside ? Outcome::Done
+                                                : Outcome::Warned);
+      EXPECT_EQ(given.run.Refused(), refused);
+      EXPECT_EQ(given.access.Put(kKorvo).Find("Lookup")->rows.size(), refused ? 0U : 1U);
+      EXPECT_EQ(given.messages().size(), refused ? 0U : 1U);
+    }
+  }
+}
+
+TEST(ImportLookupItems, RecordsThatNothingWasKept) {
+  const RuntimeError too_long{.number = 3163, .description = "Too long"};
+  for (const bool line_fails : {false, true}) {
+    DatabaseRun given;
+    given.run.state.KorvoDataBaseName = kKorvo;
+    given.PutDatabase(kKorvo).Add("Lookup", kLookupFields);
+    given.machine.files.PutFile(R"(D:\Package\Items.txt)", "City,Berlin\r\nCity,Paris\r\n");
+    if (line_fails) given.access.world.failures["Set LookupValue=Paris"] = too_long;
+    given.access.world.failures["Commit"] = {.number = 61, .description = "Disk full"};
+
+    const CommandRecord record = given.Call(ImportLookupItems, {"importlookup", "Items.txt"});
+
+    EXPECT_EQ(record.outcome, Outcome::Failed);
+    EXPECT_THAT(record.reason, HasSubstr("nothing was kept: Disk full (61)"));
+    EXPECT_THAT(given.messages().back(), HasSubstr(line_fails ? "Too long" : "Disk full"));
+    EXPECT_THAT(given.access.Put(kKorvo).Find("Lookup")->rows, IsEmpty());
+  }
 }
 
 }  // namespace

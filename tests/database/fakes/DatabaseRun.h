@@ -7,7 +7,7 @@ namespace zent::testing {
 
 /// A run over an installed Korvo, with engines of both kinds.
 struct DatabaseRun : RunBuilder {
-  DatabaseRun() {
+  explicit DatabaseRun(RunOptions options = {}) : RunBuilder(options) {
     machine.InstallKorvo();
     run.database.access = &access;
     run.database.server = &server;
