@@ -38,12 +38,20 @@ Result<std::optional<std::string>> TextAt(xml::Node from, const char* xpath) {
   return std::optional(node.value().Text());
 }
 
-/// As TextAt, without blanks around it; a missing one is kObjectNotSet.
+/// `text` without the white space around it, as markup that is broken into lines brings it.
+std::string Trimmed(std::string_view text) {
+  constexpr std::string_view kWhiteSpace = " \t\r\n";
+  const std::size_t first = text.find_first_not_of(kWhiteSpace);
+  if (first == std::string_view::npos) return {};
+  return std::string(text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1));
+}
+
+/// As TextAt, trimmed; a missing one is kObjectNotSet.
 Result<std::string> RequiredText(xml::Node from, const char* xpath) {
   const Result<std::optional<std::string>> text = TextAt(from, xpath);
   if (!text.ok()) return text.error();
   if (!text.value()) return StandardError(kObjectNotSet, xpath);
-  return std::string(TrimBlanks(*text.value()));
+  return Trimmed(*text.value());
 }
 
 /// XML has but one line end; the message box has another.
@@ -102,11 +110,14 @@ Result<std::optional<UpdateDocument>> ReadUpdateDocument(UpdateRun& run, const s
 
   UpdateDocument document{.version = ComparableVersion(version.value()),
                           .server_script = WithLineBreaks(script.value().value_or("")),
-                          .table = std::string(TrimBlanks(table.value().value_or(""))),
+                          .table = Trimmed(table.value().value_or("")),
                           .fields = {}};
   for (const xml::Node element : elements.value()) {
     Result<NewField> field = ReadField(element);
-    if (!field.ok()) return field.error();
+    if (!field.ok()) {
+      document.fields_read = field.status();
+      break;
+    }
     document.fields.push_back(std::move(field.value()));
   }
   return std::optional(std::move(document));

@@ -26,32 +26,62 @@ Result<DatabasePtr> OpenOrFail(UpdateRun& run, const std::string& name, OpenRequ
   return opened;
 }
 
-/// The application's template; null, with a warning in the record, when it cannot be opened.
-DatabasePtr OpenTemplate(UpdateRun& run) {
-  const std::string path = run.state.AppPath + R"(Customize\KorvoTPL.mdb)";
-  if (!FileExists(run.platform.files, path)) {
-    run.Warn("no template: " + path);
-    return nullptr;
-  }
-  Result<DatabasePtr> opened = OpenOrFail(run, path, {});
-  if (opened.ok()) return std::move(opened.value());
-  run.Warn("the template was not changed: " + ReasonOf(opened.error()));
-  return nullptr;
-}
+/// The application's template, which gets the fields that the database gets. One that refuses
+/// anything is warned of and left as it was, and the database is changed without it.
+class TemplateChange {
+ public:
+  explicit TemplateChange(UpdateRun& run) : run_(run) {}
 
-Status AddFields(UpdateRun& run, const UpdateDocument& document, OpenedDatabase& database,
-                 OpenedDatabase* pattern) {
-  if (!TableExists(run, database, document.table)) {
-    run.Warn("no such table: " + document.table);
-    return {};
+  void Begin() {
+    const std::string path = run_.state.AppPath + R"(Customize\KorvoTPL.mdb)";
+    if (!FileExists(run_.platform.files, path)) {
+      run_.Warn("no template: " + path);
+      return;
+    }
+    Result<DatabasePtr> opened = OpenOrFail(run_, path, {});
+    LeaveUnless(opened.status());
+    if (!opened.ok()) return;
+    database_ = std::move(opened.value());
+    LeaveUnless(database_->BeginTransaction());
   }
+
+  void Add(const std::string& table, const NewField& field) {
+    if (database_ != nullptr) LeaveUnless(AddField(run_, *database_, table, field));
+  }
+
+  void Commit() {
+    if (database_ != nullptr) LeaveUnless(database_->Commit());
+  }
+
+ private:
+  void LeaveUnless(const Status& done) {
+    if (done.ok()) return;
+    run_.Warn("the template was not changed: " + ReasonOf(done.error()));
+    database_.reset();  // what it got until now is rolled back
+  }
+
+  UpdateRun& run_;
+  DatabasePtr database_;  ///< null when there is none, or none any more
+};
+
+/// Adds what is missing, each field for itself: one that cannot be added keeps none of the others
+/// away. All of them are recorded, the first one is shown.
+void AddFields(UpdateRun& run, const UpdateDocument& document, OpenedDatabase& database,
+               TemplateChange& pattern) {
+  bool shown = false;
+  const auto tell = [&](const std::string& field, const Status& added) {
+    if (added.ok()) return;
+    if (!std::exchange(shown, true)) run.ShowError(kErrorUpdating, added.error());
+    run.Fail(field + ": " + ReasonOf(added.error()));
+  };
+  if (!TableExists(run, database, document.table)) run.Warn("no such table: " + document.table);
   for (const NewField& field : document.fields) {
     if (FieldExists(run, database, document.table, field.name)) continue;
-    Status added = AddField(run, database, document.table, field);
-    if (added.ok() && pattern != nullptr) added = AddField(run, *pattern, document.table, field);
-    if (!added.ok()) return added;
+    const Status added = AddField(run, database, document.table, field);
+    if (added.ok()) pattern.Add(document.table, field);
+    tell(field.name, added);
   }
-  return {};
+  tell("field " + std::to_string(document.fields.size() + 1), document.fields_read);
 }
 
 /// Adds the fields, one transaction in each file. The template's is the first to be committed: a
@@ -59,22 +89,22 @@ Status AddFields(UpdateRun& run, const UpdateDocument& document, OpenedDatabase&
 Status ChangeDatabase(UpdateRun& run, const UpdateDocument& document, const std::string& path) {
   const Result<DatabasePtr> database = OpenOrFail(run, path, {.exclusive = true});
   if (!database.ok()) return database.error();
-  const DatabasePtr pattern = OpenTemplate(run);
   if (Status begun = database.value()->BeginTransaction(); !begun.ok()) return begun;
-  if (pattern != nullptr) {
-    if (Status begun = pattern->BeginTransaction(); !begun.ok()) return begun;
-  }
-  Status changed = AddFields(run, document, *database.value(), pattern.get());
-  if (pattern != nullptr) {
-    if (const Status kept = pattern->Commit(); changed.ok()) changed = kept;
-  }
-  if (const Status kept = database.value()->Commit(); changed.ok()) changed = kept;
-  return changed;
+  TemplateChange pattern(run);
+  pattern.Begin();
+  AddFields(run, document, *database.value(), pattern);
+  pattern.Commit();
+  Status kept = database.value()->Commit();
+  if (!kept.ok()) run.Note("nothing was kept: " + ReasonOf(kept.error()));
+  return kept;
+}
+
+void ShowWhatIsUpdated(UpdateRun& run, const std::string& path) {
+  run.ShowMsg("Updating Database " + path);
 }
 
 Status UpdateFile(UpdateRun& run, const UpdateDocument& document, const std::string& path) {
   if (document.table.empty()) return StandardError(kObjectNotSet, "/UpdateDB/Table/Name");
-  run.ShowMsg("Updating Database " + path);
   if (!ClaimDatabase(run, path)) return {};
   const Result<std::string> backup = BackUpDatabase(run, path);
   if (!backup.ok()) return backup.error();
@@ -101,7 +131,9 @@ Status ApplyDocument(UpdateRun& run, const UpdateDocument& document) {
   const std::string path = run.state.KorvoDataBaseName;
   Result<std::optional<std::string>> version = RecordedVersion(run, path);
   // Who holds a database so that it cannot even be read is asked to close it, as anybody else.
-  if (IsInUseError(version.number()) && run.database.kind != kSQLServer) {
+  const bool was_held = IsInUseError(version.number()) && run.database.kind != kSQLServer;
+  if (was_held) {
+    ShowWhatIsUpdated(run, path);
     if (!ClaimDatabase(run, path)) return {};
     version = RecordedVersion(run, path);
   }
@@ -110,9 +142,12 @@ Status ApplyDocument(UpdateRun& run, const UpdateDocument& document) {
     run.Skip("the database has version " + document.version);
     return {};
   }
-  if (run.database.kind != kSQLServer) return UpdateFile(run, document, path);
-  ShowServerScript(run, document);
-  return {};
+  if (run.database.kind == kSQLServer) {
+    ShowServerScript(run, document);
+    return {};
+  }
+  if (!was_held) ShowWhatIsUpdated(run, path);
+  return UpdateFile(run, document, path);
 }
 
 }  // namespace

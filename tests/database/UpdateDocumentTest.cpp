@@ -65,19 +65,49 @@ TEST(ReadUpdateDocument, ASizeIsANumberThatFits) {
   }
 }
 
-TEST(ReadUpdateDocument, WhatItNeedsAndLacksIsAnError) {
-  for (const char* text :
-       {"<UpdateDB/>", "<Other><Version>1</Version></Other>",
-        "<UpdateDB><Version>1</Version><Table><AddField><Type>Memo</Type></AddField></Table>"
-        "</UpdateDB>",
-        "<UpdateDB><Version>1</Version><Table><AddField><Name>A</Name></AddField></Table>"
-        "</UpdateDB>",
-        "<UpdateDB><Version>1</Version><Table><AddField><Name>A</Name><Type>Text</Type>"
-        "</AddField></Table></UpdateDB>"}) {
+TEST(ReadUpdateDocument, TakesNoWhiteSpaceAroundItsWords) {
+  DatabaseRun given;
+  given.machine.files.PutFile(kDocument,
+                              "<UpdateDB>\r\n<Version>\r\n\t3.6-2\r\n</Version>\r\n<Table>"
+                              "<Name>\n\tMy Table\n</Name><AddField>\n"
+                              "<Name>\n  My Field\n</Name><Type>\tText\n</Type>"
+                              "<Size>\n\t30\n</Size></AddField></Table></UpdateDB>");
+  const auto document = ReadUpdateDocument(given.run, kDocument);
+  ASSERT_TRUE(document.ok());
+  EXPECT_EQ(document.value()->version, "3.6");
+  EXPECT_EQ(document.value()->table, "My Table");
+  ASSERT_EQ(document.value()->fields.size(), 1U);
+  EXPECT_EQ(document.value()->fields[0].name, "My Field");
+  EXPECT_EQ(document.value()->fields[0].type, FieldType::Text);
+  EXPECT_EQ(document.value()->fields[0].size, 30);
+}
+
+TEST(ReadUpdateDocument, WithoutItsVersionIsAnError) {
+  for (const char* text : {"<UpdateDB/>", "<Other><Version>1</Version></Other>"}) {
     SCOPED_TRACE(text);
     DatabaseRun given;
     given.machine.files.PutFile(kDocument, text);
     EXPECT_EQ(ReadUpdateDocument(given.run, kDocument).number(), kObjectNotSet);
+  }
+}
+
+TEST(ReadUpdateDocument, KeepsTheErrorOfAFieldThatIsNotWholeForWhoWantsTheFields) {
+  for (const char* field :
+       {"<Type>Memo</Type>", "<Name>A</Name>", "<Name>A</Name><Type>Text</Type>", ""}) {
+    SCOPED_TRACE(field);
+    DatabaseRun given;
+    given.machine.files.PutFile(
+        kDocument,
+        "<UpdateDB><Version>1</Version><Table><Name>T</Name>"
+        "<AddField><Name>First</Name><Type>Memo</Type></AddField><AddField>" +
+            std::string(field) +
+            "</AddField><AddField><Name>Last</Name><Type>Memo</Type></AddField></Table>"
+            "</UpdateDB>");
+    const auto document = ReadUpdateDocument(given.run, kDocument);
+    ASSERT_TRUE(document.ok());
+    EXPECT_EQ(document.value()->fields_read.number(), kObjectNotSet);
+    ASSERT_EQ(document.value()->fields.size(), 1U);
+    EXPECT_EQ(document.value()->fields[0].name, "First");
   }
 }
 

@@ -29,12 +29,14 @@ FieldValue ChangedValue(const MemoryTable& table, const MemoryRow& row, const st
 
 }  // namespace
 
-Status MemoryWorld::Note(const std::string& call) {
+Status MemoryWorld::Note(const std::string& call, const std::string& database) {
   calls.push_back(call);
   if (on_call) on_call(call);
   for (const std::string& what : {call, call.substr(0, call.find(' '))}) {
-    const auto failure = failures.find(what);
-    if (failure != failures.end()) return failure->second;
+    for (const std::string& key : {what, database + ": " + what}) {
+      const auto failure = failures.find(key);
+      if (failure != failures.end()) return failure->second;
+    }
   }
   return {};
 }
@@ -49,7 +51,7 @@ MemoryDatabase::~MemoryDatabase() {
 }
 
 Result<MemoryTable*> MemoryDatabase::Begin(const std::string& call, std::string_view table) {
-  if (const Status failed = world_.Note(call); !failed.ok()) return failed.error();
+  if (const Status failed = Note(call); !failed.ok()) return failed.error();
   MemoryTable* const found = tables().Find(table);
   if (found == nullptr) return EngineFault(kEngineNoSuchTable, "Cannot find table.");
   return found;
@@ -89,11 +91,11 @@ Result<std::unique_ptr<Recordset>> MemoryDatabase::OpenRecordset(std::string_vie
 
 Status MemoryDatabase::BeginTransaction() {
   before_ = std::make_unique<MemoryTables>(tables());
-  return world_.Note("BeginTransaction");
+  return Note("BeginTransaction");
 }
 
 Status MemoryDatabase::Commit() {
-  Status committed = world_.Note("Commit");
+  Status committed = Note("Commit");
   if (!committed.ok()) tables() = *before_;
   before_.reset();
   return committed;
@@ -102,11 +104,11 @@ Status MemoryDatabase::Commit() {
 Status MemoryDatabase::Rollback() {
   if (before_ != nullptr) tables() = *before_;
   before_.reset();
-  return world_.Note("Rollback");
+  return Note("Rollback");
 }
 
 Result<std::vector<TableEntry>> MemoryDatabase::Tables() {
-  if (const Status failed = world_.Note("Tables"); !failed.ok()) return failed.error();
+  if (const Status failed = Note("Tables"); !failed.ok()) return failed.error();
   std::vector<TableEntry> entries;
   for (const MemoryTable& table : tables().tables) {
     entries.push_back({.name = table.definition.name, .attributes = table.definition.attributes});
@@ -115,14 +117,14 @@ Result<std::vector<TableEntry>> MemoryDatabase::Tables() {
 }
 
 Result<std::optional<TableDefinition>> MemoryDatabase::Table(std::string_view name) {
-  if (const Status failed = world_.Note("Table"); !failed.ok()) return failed.error();
+  if (const Status failed = Note("Table"); !failed.ok()) return failed.error();
   const MemoryTable* const table = tables().Find(name);
   if (table == nullptr) return std::optional<TableDefinition>();
   return std::optional<TableDefinition>(table->definition);
 }
 
 Status MemoryDatabase::CreateTable(const TableDefinition& definition) {
-  if (Status failed = world_.Note("CreateTable " + definition.name); !failed.ok()) return failed;
+  if (Status failed = Note("CreateTable " + definition.name); !failed.ok()) return failed;
   if (tables().Find(definition.name) != nullptr) return EngineFault(3010, "Table exists.");
   tables().tables.push_back({.definition = definition, .rows = {}});
   return {};
@@ -179,13 +181,13 @@ Status MemoryDatabase::DeleteIndex(std::string_view table, std::string_view inde
 }
 
 Status MemoryDatabase::CreateRelation(const RelationDefinition& relation) {
-  if (Status failed = world_.Note("CreateRelation " + relation.name); !failed.ok()) return failed;
+  if (Status failed = Note("CreateRelation " + relation.name); !failed.ok()) return failed;
   tables().relations.push_back(relation);
   return {};
 }
 
 Status MemoryDatabase::DeleteRelation(std::string_view name) {
-  Status failed = world_.Note("DeleteRelation " + std::string(name));
+  Status failed = Note("DeleteRelation " + std::string(name));
   if (!failed.ok()) return failed;
   return EraseNamed(tables().relations, name);
 }
@@ -194,7 +196,7 @@ Status MemoryDatabase::Close() {
   if (!closed_) --world_.open;
   closed_ = true;
   if (InTransaction()) static_cast<void>(Rollback().ok());
-  return world_.Note("Close");
+  return Note("Close");
 }
 
 }  // namespace zent::testing

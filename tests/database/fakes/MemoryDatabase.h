@@ -15,13 +15,14 @@ namespace zent::testing {
 /// asked of them, and what shall fail.
 struct MemoryWorld {
   std::map<std::string, MemoryTables> databases;
-  std::vector<std::string> calls;                   ///< "Execute UPDATE ...", "Commit" ...
-  std::map<std::string, RuntimeError> failures;     ///< by a call or its first word
+  std::vector<std::string> calls;  ///< "Execute UPDATE ...", "Commit" ...
+  /// By a call or its first word; of one database alone by "NAME: " and either of them.
+  std::map<std::string, RuntimeError> failures;
   std::function<void(const std::string&)> on_call;  ///< before the call: what others do meanwhile
   int open = 0;                                     ///< databases that are not closed yet
 
-  /// Records a call; the error that it shall fail with.
-  Status Note(const std::string& call);
+  /// Records a call, of a database where that is known; the error that it shall fail with.
+  Status Note(const std::string& call, const std::string& database = {});
 };
 
 /// An opened database whose tables are kept in memory. Transactions keep a copy of them.
@@ -56,6 +57,7 @@ class MemoryDatabase final : public OpenedDatabase {
 
  private:
   MemoryTables& tables() { return world_.databases[name_]; }
+  Status Note(const std::string& call) { return world_.Note(call, name_); }
   /// Records the call and finds the table that it is about.
   Result<MemoryTable*> Begin(const std::string& call, std::string_view table);
 
