@@ -58,6 +58,15 @@ Result<bool> AddUnlessThere(UpdateRun& run, OpenedDatabase& database, const std:
   return UnlessLost(SetAndUpdate(*rows.value(), table, key), kEngineDuplicateKey);
 }
 
+/// Holds the site's row of a server until the transaction ends, or all rows where there is none.
+Status HoldSite(UpdateRun& run, OpenedDatabase& database) {
+  const std::string statement = "UPDATE Counters SET CurCount=CurCount";
+  const Result<std::int64_t> held =
+      database.Execute(TranslateSQL(run, statement + " WHERE TableName='SiteID'"));
+  if (!held.ok() || held.value() > 0) return held.status();
+  return database.Execute(TranslateSQL(run, statement)).status();
+}
+
 }  // namespace
 
 Result<std::optional<CounterRow>> ReadCounter(UpdateRun& run, OpenedDatabase& database,
@@ -85,13 +94,11 @@ Result<bool> KeepCounter(UpdateRun& run, OpenedDatabase& database, const Counter
 Result<bool> AddCounter(UpdateRun& run, OpenedDatabase& database, const std::string& table,
                         const std::string& key) {
   if (database.Kind() == DatabaseKind::Access) return AddUnlessThere(run, database, table, key);
-  // Whoever adds a row to a server holds the site's row meanwhile: nothing else keeps two programs
-  // from adding the same one where the table has no unique index.
+  // Whoever adds a row to a server holds rows that all others want to hold first: nothing else
+  // keeps two programs from adding the same one where the table has no unique index.
   bool added = false;
   const Status done = InOneTransaction(database, [&]() -> Status {
-    const Result<std::int64_t> locked = database.Execute(
-        TranslateSQL(run, "UPDATE Counters SET CurCount=CurCount WHERE TableName='SiteID'"));
-    if (!locked.ok()) return locked.error();
+    if (Status held = HoldSite(run, database); !held.ok()) return held;
     const Result<bool> result = AddUnlessThere(run, database, table, key);
     added = result.value_or(false);
     return result.status();

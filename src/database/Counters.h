@@ -26,7 +26,8 @@ std::string FirstKey(std::string_view table, char site);
 /// reminders, emailslinked and mlinkinfo get one; for every other table there is no key then.
 /// False, with `key` as it was, when none was drawn; an error is told in a box.
 ///
-/// Two programs that draw from one server at once never get the same key.
+/// Two programs that draw from one server at once never get the same key, unless the table is empty
+/// and has no unique index: then there is no row to hold while the first one is added.
 bool GetNextNumber(UpdateRun& run, OpenedDatabase& database, std::string_view table,
                    std::string& key);
 

@@ -269,6 +269,27 @@ TEST(GetNextNumber, AddsACounterToAServerWhileItHoldsTheSitesRow) {
                   "Set TableName=Companies", "Set CurCount=CM00000001", "Update", "Commit"));
 }
 
+TEST(GetNextNumber, HoldsAllRowsOfAServerThatHasNoneOfItsSite) {
+  CountingOnServer given(Rows{{"Contacts", "CN00000007"}});
+  EXPECT_TRUE(given.Draw("Companies"));
+  EXPECT_EQ(given.key, "CM00000001");
+  EXPECT_EQ(given.counters().Text(0, "CurCount"), "CN00000007");
+  const std::vector<std::string>& calls = given.server.world.calls;
+  const auto begin = std::find(calls.begin(), calls.end(), "BeginTransaction");
+  ASSERT_GE(std::distance(begin, calls.end()), 4);
+  EXPECT_THAT(std::vector<std::string>(begin, begin + 4),
+              ElementsAre("BeginTransaction",
+                          "Execute UPDATE Counters SET CurCount=CurCount WHERE TableName='SiteID'",
+                          "Execute UPDATE Counters SET CurCount=CurCount",
+                          "OpenRecordset SELECT * FROM Counters WHERE TableName='Companies' "));
+}
+
+TEST(GetNextNumber, AddsTheFirstCounterOfAServer) {
+  CountingOnServer given(Rows{});
+  EXPECT_TRUE(given.Draw("Companies"));
+  EXPECT_EQ(given.key, "CM00000001");
+}
+
 TEST(GetNextNumber, TakesTheCounterThatAnotherProgramAddedMeanwhile) {
   CountingOnServer given(Rows{{"SiteID", "0"}});
   given.server.world.on_call = [&](const std::string& call) {

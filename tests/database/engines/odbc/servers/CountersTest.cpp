@@ -127,6 +127,7 @@ constexpr WritersCase kWritersCases[] = {
     {"a counter that is made", "PRIMARY KEY", "('SiteID', '0')", "Reminders", "RM00000080"},
     {"made in a table without a key", "", "('SiteID', '0')", "Reminders", "RM00000080"},
     {"made without a row of the site", "PRIMARY KEY", "('Other', '0')", "Reminders", "RM00000080"},
+    {"made without that row or a key", "", "('Other', '0')", "Reminders", "RM00000080"},
 };
 
 TEST_P(ServerCounters, GiveNoKeyTwiceToTwoPrograms) {
