@@ -64,7 +64,9 @@ Result<CustomisationOutcome> CustomisationProgram::Apply(const CustomisationTask
                         .command_line = fmt::format("{} {}", QuoteArgument(Path()), arguments)});
   if (!program.ok()) {
     const int number = program.number();
-    const bool is_missing = number == kFileNotFound || number == kPathNotFound;
+    // Also a file that is no program of this system is no component.
+    const bool is_missing =
+        number == kFileNotFound || number == kPathNotFound || number == kInvalidProcedureCall;
     return StandardError(is_missing ? kCannotCreateObject : number, Path());
   }
 

@@ -13,6 +13,10 @@ constexpr std::string_view kConnectTextStart = "DSN=";
 
 std::string CustomizeFolder(const UpdateRun& run) { return run.state.DataPath + "Customize\\"; }
 
+bool IsCustomised(const UpdateRun& run) {
+  return FileExists(run.platform.files, CustomizeFolder(run) + "Customize.ini");
+}
+
 bool IsConnectText(std::string_view database) { return database.starts_with(kConnectTextStart); }
 
 Status ReportFailure(UpdateRun& run, const RuntimeError& error) {
@@ -33,7 +37,8 @@ Status Run(UpdateRun& run, const TokenList& tokens, bool unless_customised) {
   const Result<std::string> argument = tokens.At(2);
   if (!argument.ok()) return ReportFailure(run, argument.error());
   const std::string database = CustomisedDatabase(run, argument.value());
-  if (!IsConnectText(database) && !LiesInKnownFolder(run, database) &&
+  const bool is_touched = !unless_customised || !IsCustomised(run);
+  if (is_touched && !IsConnectText(database) && !LiesInKnownFolder(run, database) &&
       !run.Tolerate("database outside the known folders: " + argument.value())) {
     return {};
   }
@@ -46,7 +51,7 @@ Status Run(UpdateRun& run, const TokenList& tokens, bool unless_customised) {
 Status Customize(UpdateRun& run, CustomisationComponent& component, const std::string& database,
                  bool unless_customised) {
   const std::string folder = CustomizeFolder(run);
-  if (unless_customised && FileExists(run.platform.files, folder + "Customize.ini")) {
+  if (unless_customised && IsCustomised(run)) {
     run.Skip(folder + "Customize.ini is there");
     return {};
   }

@@ -101,8 +101,9 @@ TEST(CustomizeCommands, FailWithTheProgram) {
   }
 }
 
-TEST(CustomizeCommands, ReportAMissingProgram) {
-  for (const int number : {kFileNotFound, kPathNotFound}) {
+TEST(CustomizeCommands, ReportAProgramThatIsMissingOrCannotRunHere) {
+  for (const int number : {kFileNotFound, kPathNotFound, kInvalidProcedureCall}) {
+    SCOPED_TRACE(number);
     RunBuilder given;
     given.machine.processes.Fail(kProgram, StandardError(number));
 
@@ -166,6 +167,21 @@ TEST(CustomizeCommands, WarnOfADatabaseElsewhereAndRefuseItWhenStrict) {
               row.is_inside ? Outcome::Done : Outcome::Failed);
     EXPECT_THAT(strict.machine.processes.launches, SizeIs(row.is_inside ? 1 : 0));
     EXPECT_EQ(strict.run.Refused(), !row.is_inside);
+  }
+}
+
+TEST(CustomizeCommands, SkipACustomisedInstallationWhateverTheDatabase) {
+  for (const BoundsCase& row : kBoundsCases) {
+    SCOPED_TRACE(row.what);
+    for (const bool strict : {false, true}) {
+      RunBuilder given({.strict = strict});
+      given.machine.files.PutFile(kRecorded, "");
+      EXPECT_EQ(given.Call(RunCustomisationOnce, {"crcw", row.argument}).outcome, Outcome::Skipped);
+      EXPECT_THAT(given.machine.processes.launches, IsEmpty());
+      EXPECT_THAT(given.messages(), IsEmpty());
+      EXPECT_THAT(given.window.boxes, IsEmpty());
+      EXPECT_FALSE(given.run.Refused());
+    }
   }
 }
 
