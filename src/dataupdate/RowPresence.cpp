@@ -3,13 +3,14 @@
 #include <algorithm>
 
 #include "base/Text.h"
+#include "base/Utf.h"
 #include "dataupdate/RowChange.h"
 
 namespace zent {
 namespace {
 
-// Longer texts are compared by their beginning alone.
-constexpr std::size_t kMaxCompared = 255;
+// Of a longer text a key takes the beginning alone.
+constexpr std::size_t kKeyLength = 255;  // UTF-16 units
 
 bool HasField(const std::vector<std::string>& fields, std::string_view name) {
   return std::any_of(fields.begin(), fields.end(),
@@ -26,11 +27,19 @@ bool Serves(const IndexDefinition& index, const std::vector<std::string>& fields
 
 bool IsTextField(const TableDefinition& table, std::string_view name) {
   return std::any_of(table.fields.begin(), table.fields.end(), [&](const FieldDefinition& field) {
-    return field.type == FieldType::Text && EqualsIgnoringCase(field.name, name);
+    const bool is_text = field.type == FieldType::Text || field.type == FieldType::Memo;
+    return is_text && EqualsIgnoringCase(field.name, name);
   });
 }
 
-bool IsComparedWhole(const std::string& text) { return CountCharacters(text) <= kMaxCompared; }
+/// Whether the key of a text takes all of it.
+bool IsKeyedWhole(const std::string& text) {
+  return text.size() <= kKeyLength || ToUtf16(text).size() <= kKeyLength;
+}
+
+bool AreKeyedWhole(const std::vector<std::string>& texts) {
+  return std::all_of(texts.begin(), texts.end(), IsKeyedWhole);
+}
 
 std::string ListOf(const std::vector<std::string>& fields) {
   std::string list;
@@ -75,7 +84,7 @@ Status RowPresence::ReadAll(std::string_view table) {
       has_null = has_null || value.value().IsNull();  // equal to nothing
       values[i] = value.value().AsText();
     }
-    if (!has_null) keys_.insert(KeyOf(values));
+    if (!has_null) Keep(values);
     if (Status moved = rows.MoveNext(); !moved.ok()) return moved;
   }
   in_memory_ = true;
@@ -85,7 +94,8 @@ Status RowPresence::ReadAll(std::string_view table) {
 std::string RowPresence::KeyOf(const std::vector<std::string>& values) const {
   std::string key;
   for (const std::string& value : values) {
-    const std::string part = database_->EqualityKey(value).value_or("");
+    const std::string part =
+        database_->EqualityKey(FirstCharacters(value, kKeyLength)).value_or("");
     key += std::to_string(part.size()) + ':' + part;
   }
   return key;
@@ -93,8 +103,12 @@ std::string RowPresence::KeyOf(const std::vector<std::string>& values) const {
 
 Result<bool> RowPresence::Has(const std::string& statement,
                               const std::optional<std::vector<std::string>>& values) {
-  if (in_memory_ && values && std::all_of(values->begin(), values->end(), IsComparedWhole)) {
-    return keys_.contains(KeyOf(*values));
+  if (in_memory_ && values) {
+    const std::string key = KeyOf(*values);
+    const bool has_whole = whole_.contains(key);
+    // Texts that are equal begin alike; of those that are longer the database knows the rest.
+    if (!has_whole && !beginnings_.contains(key)) return false;
+    if (has_whole && AreKeyedWhole(*values)) return true;
   }
   const Result<std::unique_ptr<Recordset>> opened =
       database_->OpenRecordset(statement, RecordsetUse::Read);
@@ -103,7 +117,11 @@ Result<bool> RowPresence::Has(const std::string& statement,
 }
 
 void RowPresence::Added(const std::vector<std::string>& values) {
-  if (in_memory_) keys_.insert(KeyOf(values));
+  if (in_memory_) Keep(values);
+}
+
+void RowPresence::Keep(const std::vector<std::string>& values) {
+  (AreKeyedWhole(values) ? whole_ : beginnings_).insert(KeyOf(values));
 }
 
 }  // namespace zent

@@ -13,7 +13,8 @@ namespace zent {
 
 /// Tells whether a table has a row with given texts in some of its fields, for as many questions as
 /// there are rows to bring in. An index over just these fields answers each; a table without one is
-/// read once, and from then on the answer comes from memory.
+/// read once, and from then on the answer comes from memory. The database is asked only about a
+/// text of more than 255 characters that begins like one that is there.
 class RowPresence {
  public:
   /// `fields` of `table` in `database`, which outlives this.
@@ -34,12 +35,15 @@ class RowPresence {
       : database_(&database), fields_(std::move(fields)) {}
 
   Status ReadAll(std::string_view table);
+  /// What the beginnings of these texts share with all that the database holds equal to them.
   std::string KeyOf(const std::vector<std::string>& values) const;
+  void Keep(const std::vector<std::string>& values);
 
   OpenedDatabase* database_;
   std::vector<std::string> fields_;
   bool in_memory_ = false;
-  std::unordered_set<std::string> keys_;
+  std::unordered_set<std::string> whole_;       ///< keys of rows whose texts they take whole
+  std::unordered_set<std::string> beginnings_;  ///< of rows with a text that is longer
 };
 
 }  // namespace zent
