@@ -1,5 +1,6 @@
 #include "lib/TextFileReader.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/CodePage.h"
@@ -50,8 +51,9 @@ Result<bool> TextFileReader::Refill() {
   buffer_.erase(0, start_);
   start_ = 0;
   const std::size_t kept = buffer_.size();
+  if (kept >= kLongestLine) return StandardError(kOutOfStringSpace, "a line without an end");
   // Pieces grow with the line at hand, so that a long line is moved a bounded number of times.
-  buffer_.resize(kept + (kept > kPieceSize ? kept : kPieceSize));
+  buffer_.resize(std::min(kept + std::max(kept, kPieceSize), kLongestLine));
   const Result<std::size_t> read = file_->ReadAt(offset_, std::span(buffer_).subspan(kept));
   if (!read.ok()) {
     buffer_.resize(kept);

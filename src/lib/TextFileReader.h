@@ -13,13 +13,17 @@ namespace zent {
 
 /// Reads a text file line by line, in pieces, so that its size does not matter. Lines end at CR LF,
 /// LF or CR; the last one may lack its end. Text is ANSI, or UTF-8 when the file begins with that
-/// mark, which is dropped. UTF-16 is refused.
+/// mark, which is dropped. UTF-16 is refused, and so is a line that does not end within 16 MB,
+/// since each is held in memory.
 class TextFileReader {
  public:
+  static constexpr std::size_t kLongestLine = std::size_t{16} << 20U;  ///< bytes, with its end
+
   /// Errors: those of FileSystem::OpenForReading; kInvalidFileFormat for UTF-16.
   static Result<TextFileReader> Open(FileSystem& files, std::string_view path);
 
   /// Puts the next line, without its end and in UTF-8, into `line`; false at the end of the file.
+  /// Errors: those of File::ReadAt; kOutOfStringSpace for a line that is too long.
   Result<bool> Next(std::string& line);
 
  private:
