@@ -7,6 +7,7 @@
 namespace zent::testing {
 namespace {
 
+namespace fs = std::filesystem;
 using ::testing::AnyOf;
 using ::testing::StartsWith;
 
@@ -27,7 +28,8 @@ const KilledCase kKilledCases[] = {
      "3.5\n",
      "3.6\n"},
     {"UpdateScript",
-     {"upddb,Fields.xml"},
+     {R"(mkdr,$(apppath)\Customize)", R"(copy,Template.mdb,$(apppath)\Customize\KorvoTPL.mdb)",
+      "upddb,Fields.xml"},
      "SELECT Street FROM Companies WHERE Name = 'Anvil'",
      "jetdb: 3061",
      "\n"},
@@ -50,6 +52,20 @@ struct Given {
   KorvoMachine machine;
 };
 
+/// The application's template, where a case has put one, is sound and has the field that the
+/// database has been given.
+void ExpectTemplateNotBehind(const KorvoMachine& machine, bool database_has_street) {
+  const fs::path pattern =
+      machine.machine().folder() / "machine/drive_c/Program Files/Zent/Customize/KorvoTPL.mdb";
+  if (!fs::exists(pattern)) return;
+  // Asked first: whoever opens it takes up what the killed program left.
+  const std::string streets = machine.RowsOf(pattern, "SELECT Street FROM Companies");
+  if (database_has_street) {
+    EXPECT_EQ(streets, "") << "the template has no companies";
+  }
+  EXPECT_EQ(machine.Faults(pattern), "");
+}
+
 class KilledDatabaseRun : public ::testing::TestWithParam<KilledCase> {};
 
 TEST_P(KilledDatabaseRun, LeavesTheDatabaseAsBeforeOrAfterAndIsMadeGoodByTheNext) {
@@ -59,6 +75,7 @@ TEST_P(KilledDatabaseRun, LeavesTheDatabaseAsBeforeOrAfterAndIsMadeGoodByTheNext
   ASSERT_EQ(watched.error, "") << "this test needs ptrace";
   ASSERT_EQ(watched.exit_code, 0);
   ASSERT_EQ(whole.machine.Rows(row.query), row.after);
+  ExpectTemplateNotBehind(whole.machine, true);
   RecordProperty("instants", static_cast<int>(watched.calls.size()));
 
   constexpr std::size_t kInstants = 25;  // of hundreds: each costs half a dozen starts of programs
@@ -71,6 +88,7 @@ TEST_P(KilledDatabaseRun, LeavesTheDatabaseAsBeforeOrAfterAndIsMadeGoodByTheNext
     EXPECT_THAT(given.machine.Rows(row.query), AnyOf(StartsWith(row.before), row.after));
     EXPECT_EQ(given.machine.Rows("SELECT Name, Staff FROM Companies ORDER BY Name"), kOldCompanies);
     EXPECT_EQ(given.machine.Faults(given.machine.Korvo()), "");
+    ExpectTemplateNotBehind(given.machine, given.machine.Rows(row.query) == row.after);
 
     EXPECT_THAT(given.machine.Run(), StartsWith("0\n"));
     EXPECT_EQ(given.machine.Rows(row.query), row.after);
