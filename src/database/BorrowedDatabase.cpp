@@ -19,11 +19,14 @@ Result<BorrowedDatabase> BorrowedDatabase::Of(UpdateRun& run, const DatabaseArgu
 Status InOneTransaction(OpenedDatabase& database, const std::function<Status()>& change) {
   if (database.InTransaction()) return change();
   if (Status begun = database.BeginTransaction(); !begun.ok()) return begun;
-  Status changed = change();
-  if (changed.ok()) return database.Commit();
-  // The error that counts is the first one; what cannot be rolled back now is when it is closed.
-  static_cast<void>(database.Rollback().ok());
-  return changed;
+  Status done = change();
+  if (done.ok()) done = database.Commit();
+  if (done.ok()) return done;
+  // A server's transaction is still open when it could not be committed: what is saved later would
+  // be part of it, and go with it. The error that counts is the first one; what cannot be rolled
+  // back now is when it is closed.
+  if (database.InTransaction()) static_cast<void>(database.Rollback().ok());
+  return done;
 }
 
 }  // namespace zent

@@ -24,8 +24,8 @@ class BorrowedDatabase {
   OpenedDatabase* database_;
 };
 
-/// Runs `change` as one transaction, or as part of the one that is open already: when it fails a
-/// transaction of its own is rolled back.
+/// Runs `change` as one transaction, or as part of the one that is open already: when it fails, or
+/// cannot be committed, a transaction of its own is rolled back.
 Status InOneTransaction(OpenedDatabase& database, const std::function<Status()>& change);
 
 }  // namespace zent

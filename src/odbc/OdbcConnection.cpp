@@ -89,8 +89,10 @@ Status OdbcConnection::End(std::int16_t how) {
       session_->Check(handle_, session_->calls.end_tran(SQL_HANDLE_DBC, handle_.get(), how));
   // What could not be committed is still open, to be rolled back.
   if (!ended.ok()) return ended;
-  session_->in_transaction = false;
-  return SetAutoCommit(true);
+  // Until each change is saved alone again there is one that collects them.
+  Status alone = SetAutoCommit(true);
+  session_->in_transaction = !alone.ok();
+  return alone;
 }
 
 Status OdbcConnection::Commit() { return End(SQL_COMMIT); }

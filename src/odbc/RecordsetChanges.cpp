@@ -124,9 +124,10 @@ Status OdbcRecordset::ChangeCountedRow(const RowChange& change) {
   }
   Status done = ChangeIfAlone(change);
   if (!own) return done;
-  if (done.ok()) return connection_.Commit();
-  // The first error is the one to be told.
-  if (Status undone = connection_.Rollback(); !undone.ok()) return done;
+  if (done.ok()) done = connection_.Commit();
+  // What could not be committed is still open, and would take in what is saved later. The first
+  // error is the one to be told.
+  if (!done.ok() && connection_.InTransaction()) static_cast<void>(connection_.Rollback().ok());
   return done;
 }
 
