@@ -102,7 +102,7 @@ Status OdbcConnection::Rollback() { return End(SQL_ROLLBACK); }
 Result<OdbcStatement> OdbcConnection::NewStatement(Reading reading) {
   Result<OdbcHandle> handle = AllocateHandle(*session_, SQL_HANDLE_STMT, handle_);
   if (!handle.ok()) return handle.error();
-  return OdbcStatement(*session_, std::move(handle.value()), reading, statement_timeout_);
+  return OdbcStatement(*session_, std::move(handle.value()), reading);
 }
 
 Result<std::int64_t> OdbcConnection::Execute(std::string_view sql,

@@ -33,10 +33,6 @@ class OdbcConnection {
   /// Whether a call failed because the server is gone.
   bool lost() const;
 
-  /// Seconds after which the driver is to give up a statement; 0, as at first, for no limit. Not
-  /// every driver heeds it.
-  void SetStatementTimeout(int seconds) { statement_timeout_ = seconds; }
-
   /// Reads see what others have committed, on every server. When the server itself rolls a
   /// transaction back (SQLSTATE 40001), every call but Rollback fails from then on.
   Status Begin();
@@ -64,7 +60,6 @@ class OdbcConnection {
   std::unique_ptr<OdbcSession> session_;
   OdbcHandle handle_;
   ServerFacts facts_;
-  int statement_timeout_ = 0;
   bool connected_ = false;
 };
 

@@ -18,14 +18,12 @@ SQLUSMALLINT NumberOf(std::size_t column) { return static_cast<SQLUSMALLINT>(col
 
 }  // namespace
 
-OdbcStatement::OdbcStatement(OdbcSession& session, OdbcHandle handle, Reading reading, int timeout)
+OdbcStatement::OdbcStatement(OdbcSession& session, OdbcHandle handle, Reading reading)
     : session_(&session), handle_(std::move(handle)) {
-  const auto set = [this](SQLINTEGER attribute, SQLULEN value) {
-    // A driver that cannot do it says so, and does what comes nearest.
-    session_->calls.set_stmt_attr(handle_.get(), attribute, AsPointer(value), SQL_IS_UINTEGER);
-  };
-  if (reading == Reading::Beside) set(SQL_ATTR_CURSOR_TYPE, SQL_CURSOR_STATIC);
-  if (timeout > 0) set(SQL_ATTR_QUERY_TIMEOUT, static_cast<SQLULEN>(timeout));
+  if (reading != Reading::Beside) return;
+  // A driver that cannot do it says so, and does what comes nearest.
+  session_->calls.set_stmt_attr(handle_.get(), SQL_ATTR_CURSOR_TYPE, AsPointer(SQL_CURSOR_STATIC),
+                                SQL_IS_UINTEGER);
 }
 
 OdbcStatement::OdbcStatement(OdbcStatement&&) noexcept = default;

@@ -33,7 +33,7 @@ enum class Reading {
 class OdbcStatement {
  public:
   /// For OdbcConnection.
-  OdbcStatement(OdbcSession& session, OdbcHandle handle, Reading reading, int timeout);
+  OdbcStatement(OdbcSession& session, OdbcHandle handle, Reading reading);
   OdbcStatement(OdbcStatement&&) noexcept;
   OdbcStatement& operator=(OdbcStatement&&) noexcept;
   ~OdbcStatement();
