@@ -13,17 +13,21 @@
 namespace zent {
 namespace {
 
-/// Words of the dialect that are no names where a table or a field is expected.
-constexpr std::array<std::string_view, 30> kWords = {
-    "all",    "and",  "as",    "asc",    "between", "by",    "create", "delete", "desc",  "drop",
-    "exists", "from", "group", "having", "in",      "index", "insert", "into",   "is",    "join",
-    "like",   "not",  "null",  "on",     "or",      "order", "select", "table",  "union", "where"};
+/// Words of the dialect that are no names where a table or a field is expected. Sorted.
+constexpr std::array<std::string_view, 51> kWords = {
+    "add",        "all",    "alter",  "and",   "as",       "asc",         "between",    "by",
+    "constraint", "create", "delete", "desc",  "distinct", "distinctrow", "drop",       "eqv",
+    "exists",     "false",  "from",   "group", "having",   "imp",         "in",         "index",
+    "inner",      "insert", "into",   "is",    "join",     "left",        "like",       "mod",
+    "not",        "null",   "on",     "or",    "order",    "outer",       "parameters", "primary",
+    "right",      "select", "set",    "table", "top",      "true",        "union",      "update",
+    "values",     "where",  "xor"};
 
 bool IsPlainName(std::string_view name) {
   if (name.empty() || (name.front() >= '0' && name.front() <= '9')) return false;
   const std::string lower = ToLower(name);
   return std::all_of(name.begin(), name.end(), IsNameByte) &&
-         std::find(kWords.begin(), kWords.end(), lower) == kWords.end();
+         !std::binary_search(kWords.begin(), kWords.end(), lower);
 }
 
 /// The attributes of a table; nothing when there is none of that name.
