@@ -20,8 +20,9 @@ class OdbcConnection;
 ///
 /// Those of "SELECT * FROM table [WHERE ...] [ORDER BY ...]" can be changed: a row is found again
 /// by its primary key and by the old values of what is changed, in a table without a key by all its
-/// columns that can be compared. So a change by somebody else in between is never overwritten, and
-/// of two rows that are alike none is changed. It does not outlive its connection.
+/// columns that can be compared. So a change by somebody else in between is never overwritten as
+/// far as servers compare values (not long texts, long bytes and floating-point numbers), and of
+/// two rows that are alike none is changed. It does not outlive its connection.
 class OdbcRecordset {
  public:
   static Result<std::unique_ptr<OdbcRecordset>> Open(OdbcConnection& connection,

@@ -47,7 +47,8 @@ class Recordset {
   virtual Status AddNew() = 0;
   /// Errors: 3020 outside Edit and AddNew, 3163 a text too long, 3421 a value of a wrong type.
   virtual Status Set(std::string_view field, const FieldValue& value) = 0;
-  /// Error kEngineWriteConflict: the row is no longer as it was when read. An engine that cannot
+  /// Error kEngineWriteConflict: the row is no longer as it was when read, as far as servers
+  /// compare values: not long texts, long bytes and floating-point numbers. An engine that cannot
   /// tell whether exactly one row was changed says so by an error and changes none.
   virtual Status Update() = 0;
   virtual void CancelUpdate() = 0;
