@@ -15,6 +15,16 @@ bool IsOfTheServer(const odbc::OdbcTable& table) {
          EqualsIgnoringCase(table.name.schema, "INFORMATION_SCHEMA");
 }
 
+/// The application's own tables lie in this schema of SQL Server.
+bool IsOfTheApplication(const odbc::OdbcTable& table) {
+  return EqualsIgnoringCase(table.name.schema, "dbo");
+}
+
+/// Of tables with one name the highest is meant; of equal ones the first that the server lists.
+int RankOf(const odbc::OdbcTable& table, std::string_view name) {
+  return (IsOfTheApplication(table) ? 2 : 0) + (table.name.name == name ? 1 : 0);
+}
+
 bool IsVariable(FieldType type) {
   return type == FieldType::Text || type == FieldType::Memo || type == FieldType::Binary ||
          type == FieldType::LongBinary;
@@ -65,12 +75,12 @@ Result<std::vector<odbc::OdbcTable>> OwnTables(odbc::OdbcCatalog& catalog) {
 
 std::optional<odbc::OdbcTable> FindTable(const std::vector<odbc::OdbcTable>& tables,
                                          std::string_view name) {
-  std::optional<odbc::OdbcTable> found;
+  const odbc::OdbcTable* found = nullptr;
   for (const odbc::OdbcTable& table : tables) {
-    if (table.name.name == name) return table;
-    if (!found && SameName(table.name.name, name)) found = table;
+    if (!SameName(table.name.name, name)) continue;
+    if (found == nullptr || RankOf(table, name) > RankOf(*found, name)) found = &table;
   }
-  return found;
+  return found == nullptr ? std::nullopt : std::optional(*found);
 }
 
 Result<TableDefinition> DefinitionOf(odbc::OdbcCatalog& catalog, const odbc::TableName& table) {

@@ -14,7 +14,8 @@ namespace zent {
 /// Tables and views but those of the server itself.
 Result<std::vector<odbc::OdbcTable>> OwnTables(odbc::OdbcCatalog& catalog);
 
-/// The table of that name: the one that is written so, else one in another case.
+/// The table of that name in any case: of several one in the schema "dbo", then one that is written
+/// so, then the first.
 std::optional<odbc::OdbcTable> FindTable(const std::vector<odbc::OdbcTable>& tables,
                                          std::string_view name);
 
