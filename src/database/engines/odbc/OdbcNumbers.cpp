@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <optional>
@@ -85,7 +86,8 @@ Result<std::string> ExactDigits(const FieldValue& value, int places) {
   const std::optional<double> number = Parse<double>(text);
   if (!number) return NoNumber();
   if (text.find_first_of("eE") == std::string::npos) return text;
-  return fmt::format("{:.{}f}", *number, places);
+  // Of a negative scale the column itself rounds to tens and hundreds.
+  return fmt::format("{:.{}f}", *number, std::max(places, 0));
 }
 
 }  // namespace zent

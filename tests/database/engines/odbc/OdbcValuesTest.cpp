@@ -16,6 +16,7 @@ constexpr odbc::SqlType kBig{-5, 19};
 constexpr odbc::SqlType kReal{7, 7};
 constexpr odbc::SqlType kDouble{8, 15};
 constexpr odbc::SqlType kDecimal{3, 10, 2};
+constexpr odbc::SqlType kTens{3, 10, -1};
 constexpr odbc::SqlType kText{12, 5};
 constexpr odbc::SqlType kMemo{-10, 0};
 constexpr odbc::SqlType kBinary{-3, 4};
@@ -55,6 +56,7 @@ const SetCase kSetCases[] = {
     {"a single for a decimal", 0.1F, kDecimal, odbc::Decimal{"0.1"}},
     {"a currency for a decimal", Currency{-15000}, kDecimal, odbc::Decimal{"-1.5"}},
     {"a large number for a decimal", 1e20, kDecimal, odbc::Decimal{"100000000000000000000.00"}},
+    {"a large number for a decimal of tens", 1e20, kTens, odbc::Decimal{"100000000000000000000"}},
     {"a number for a text", std::int16_t{7}, kText, std::string("7")},
     {"five characters of ten bytes", "\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4", kText,
      std::string("\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4")},
