@@ -31,10 +31,10 @@ void ConversionRun::Form_Load() {
   run_.SetTitle("ZentUpdate");
   run_.BeginCommand(
       {.keyword = "convert",
-       .tokens = {"convert", MaskPassword(line_.source), MaskPassword(line_.database)}});
+       .tokens = {"convert", MaskPasswords(line_.source), MaskPasswords(line_.database)}});
   try {
     if (const Status converted = Convert(); !converted.ok()) {
-      run_.Report("Error converting " + MaskPassword(line_.database), converted.error());
+      run_.Report("Error converting " + MaskPasswords(line_.database), converted.error());
     }
   } catch (const std::exception& defect) {
     run_.Report("Error during conversion",
@@ -48,7 +48,7 @@ void ConversionRun::Form_Load() {
 }
 
 Status ConversionRun::Convert() {
-  run_.ShowMsg("Converting " + MaskPassword(line_.database));
+  run_.ShowMsg("Converting " + MaskPasswords(line_.database));
   if (IsFile(line_.database) && !ClaimDatabase(run_, line_.database)) return {};
   const Result<DatabasePtr> source = OpenOrFail(run_, line_.source, {.read_only = true});
   if (!source.ok()) return source.error();

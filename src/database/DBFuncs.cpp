@@ -101,7 +101,7 @@ std::string DAOErrorText(int flag, const EngineErrors& errors) {
   std::string text;
   if (flag == 0) return text;
   for (const EngineError& error : errors) {
-    text += fmt::format("{} - {} - {}{}", error.number, MaskPassword(error.description),
+    text += fmt::format("{} - {} - {}{}", error.number, MaskPasswords(error.description),
                         error.source, kLineBreak);
   }
   return text;

@@ -76,7 +76,7 @@ void ReportOpening(UpdateRun& run, std::string_view connect_text, const EngineEr
                    const RuntimeError& error) {
   std::string text = "Error opening database (" + MaskPassword(connect_text) + ") ";
   text += kLineBreak;
-  text += errors.empty() ? std::to_string(error.number) + " - " + MaskPassword(error.description)
+  text += errors.empty() ? std::to_string(error.number) + " - " + MaskPasswords(error.description)
                          : DAOErrorText(1, errors);
   run.Ask({.text = text, .icon = BoxIcon::Critical});
 }

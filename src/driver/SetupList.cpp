@@ -134,7 +134,7 @@ class Interpreter {
     record.line = number;
     record.keyword =
         command == nullptr ? std::string(TrimBlanks(keyword)) : std::string(command->keyword);
-    for (const std::string& token : tokens) record.tokens.push_back(MaskPassword(token));
+    for (const std::string& token : tokens) record.tokens.push_back(MaskPasswords(token));
     return record;
   }
 

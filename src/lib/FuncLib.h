@@ -49,8 +49,11 @@ constexpr T MaxOf(T first, const More&... more) {
 std::string ScrambleText(std::string_view text);
 
 /// `connect_text` with its first "PWD=" (any case), the value and the ";" behind it overwritten by
-/// stars, one for each character.
+/// stars, one for each character. A value in braces ends with them, whatever they hold.
 std::string MaskPassword(std::string_view connect_text);
+
+/// `text` with every "PWD=" of it overwritten in that way.
+std::string MaskPasswords(std::string_view text);
 
 /// Cuts `line` at every `delimiter` (compared exactly) and returns the number of tokens.
 ///

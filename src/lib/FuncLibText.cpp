@@ -37,6 +37,33 @@ bool IsBeyondLargest(std::string_view number) {
   return point - first + exponent > 0;
 }
 
+/// The position behind the attribute that `text` starts with, and behind its ";". In braces a ";"
+/// is part of the value, and so is a doubled "}".
+std::size_t EndOfAttribute(std::string_view text) {
+  std::size_t at = MinOf(text.find_first_not_of(' ', text.find('=') + 1), text.size());
+  if (text.substr(at, 1) == "{") {
+    at = text.find('}', at);
+    while (at != std::string_view::npos && text.substr(at + 1, 1) == "}") {
+      at = text.find('}', at + 2);
+    }
+  }
+  const std::size_t end = text.find(';', MinOf(at, text.size()));
+  return end == std::string_view::npos ? text.size() : end + 1;
+}
+
+/// Moves `text` behind its first "PWD=", the value and the ";", and what it passes to `masked`,
+/// with stars for those; false without such an attribute.
+bool MaskNextPassword(std::string_view& text, std::string& masked) {
+  const std::size_t start = FindIgnoringCase(text, "PWD=");
+  if (start == std::string_view::npos) return false;
+  masked.append(text.substr(0, start));
+  text.remove_prefix(start);
+  const std::size_t end = EndOfAttribute(text);
+  masked.append(CountCharacters(text.substr(0, end)), '*');
+  text.remove_prefix(end);
+  return true;
+}
+
 }  // namespace
 
 bool IsBlank(std::string_view text) {
@@ -73,15 +100,16 @@ std::string ScrambleText(std::string_view text) {
 }
 
 std::string MaskPassword(std::string_view connect_text) {
-  const std::size_t start = FindIgnoringCase(connect_text, "PWD=");
-  if (start == std::string_view::npos) return std::string(connect_text);
-  const std::size_t end = connect_text.find(';', start);
-  const std::size_t rest = end == std::string_view::npos ? connect_text.size() : end + 1;
+  std::string masked;
+  MaskNextPassword(connect_text, masked);
+  return masked.append(connect_text);
+}
 
-  std::string masked(connect_text.substr(0, start));
-  masked.append(CountCharacters(connect_text.substr(start, rest - start)), '*');
-  masked.append(connect_text.substr(rest));
-  return masked;
+std::string MaskPasswords(std::string_view text) {
+  std::string masked;
+  while (MaskNextPassword(text, masked)) {
+  }
+  return masked.append(text);
 }
 
 std::string AddBackslash(std::string_view path) {

@@ -132,9 +132,10 @@ TEST(RunSetupList, RecordsEveryCommandWithItsLine) {
 }
 
 TEST(RunSetupList, MasksAPasswordInItsRecords) {
-  ListRun given("[setup]\nmsg,\"DSN=a;PWD=secret;\"\n");
+  ListRun given("[setup]\nmsg,\"DSN=a;PWD=secret;\"\nmsg,\"PWD=one;DSN=a;pwd={t;wo};UID=sa\"\n");
   given.Messages();
   EXPECT_EQ(given.observer.records[0].tokens[1], "DSN=a;***********");
+  EXPECT_EQ(given.observer.records[1].tokens[1], "********DSN=a;***********UID=sa");
 }
 
 TEST(RunSetupList, CarriesABadMacroOutAndRecordsIt) {

@@ -171,6 +171,14 @@ constexpr TextCase kMaskCases[] = {
     {"a semicolon before it does not end it", ";PWD=a", ";*****"},
     {"one star for each character", "PWD=\xC3\xA4\xE2\x82\xAC;x", "*******x"},
     {"without a password", "DSN=Korvo;UID=sa", "DSN=Korvo;UID=sa"},
+    {"a semicolon in braces", "PWD={a;b};UID=sa", "**********UID=sa"},
+    {"doubled braces in braces", "PWD={a;{7}}};UID=sa", "*************UID=sa"},
+    {"braces up to the end", "PWD={a;b}", "*********"},
+    {"braces that are not closed", "PWD={a;b}};UID=sa", "*****************"},
+    {"empty braces", "PWD={};UID=sa", "*******UID=sa"},
+    {"a blank before the braces", "PWD= {a;b};UID=sa", "***********UID=sa"},
+    {"blanks alone", "PWD=  ;UID=sa", "*******UID=sa"},
+    {"a brace within a password", "PWD=a{b;c};", "********c};"},
     {"empty", "", ""},
 };
 
@@ -178,6 +186,22 @@ TEST(MaskPassword, PutsStarsOverThePassword) {
   for (const TextCase& row : kMaskCases) {
     SCOPED_TRACE(row.what);
     EXPECT_EQ(MaskPassword(row.text), row.result);
+  }
+}
+
+constexpr TextCase kMaskAllCases[] = {
+    {"one", "DSN=Korvo;PWD=secret;UID=sa", "DSN=Korvo;***********UID=sa"},
+    {"two", "PWD=a;UID=sa;pwd={b;};X", "******UID=sa;*********X"},
+    {"one behind the other", "PWD=a;PWD=b", "***********"},
+    {"within another", "PWD=PWD=a;", "**********"},
+    {"none", "DSN=Korvo", "DSN=Korvo"},
+    {"empty", "", ""},
+};
+
+TEST(MaskPasswords, PutsStarsOverEveryPassword) {
+  for (const TextCase& row : kMaskAllCases) {
+    SCOPED_TRACE(row.what);
+    EXPECT_EQ(MaskPasswords(row.text), row.result);
   }
 }
 

@@ -97,12 +97,12 @@ void UpdateRun::EndCommand() {
 }
 
 Result<std::uint32_t> UpdateRun::Start(const Launch& launch) {
-  observer_.OnLaunch(MaskPassword(launch.command_line));
+  observer_.OnLaunch(MaskPasswords(launch.command_line));
   return platform.processes.Start(launch);
 }
 
 Result<std::unique_ptr<RunningProgram>> UpdateRun::StartWaited(const Launch& launch) {
-  observer_.OnLaunch(MaskPassword(launch.command_line));
+  observer_.OnLaunch(MaskPasswords(launch.command_line));
   return platform.processes.StartWaited(launch);
 }
 

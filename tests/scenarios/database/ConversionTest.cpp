@@ -132,6 +132,14 @@ TEST_F(ConvertVerb, TellsADatabaseThatIsNotThere) {
   EXPECT_EQ(given.RowsOf(Old(), "SELECT * FROM Links"), "");
 }
 
+TEST_F(ConvertVerb, HidesEveryPasswordOfAServer) {
+  const std::string server = "DSN=Nowhere;PWD=Geheim1;UID=anna;PWD={Ge;heim2};";
+  const std::string events = (given.machine().folder() / "events").string();
+  const std::string end = Convert(given, {"Old.mdb", server, "--events", events});
+  EXPECT_THAT(end, HasSubstr("  Converting DSN=Nowhere;************UID=anna;***************\n"));
+  EXPECT_THAT(ReadHostFile(events), HasSubstr("DSN=Nowhere;************UID=anna;***************"));
+}
+
 TEST_F(ConvertVerb, TakesTheStoredPasswordOfAMachine) {
   given.MakeDatabase("Locked.mdb", OldData(), "secret");
   given.machine().Put("answers", "text:secret\n");
