@@ -78,6 +78,7 @@ Result<DatabasePtr> KVOOpenSQLServerDBADO(UpdateRun& run, std::string_view conne
   Result<DatabasePtr> opened = connection.server->Connect(connect_text, connection.login_timeout);
   if (!opened.ok()) return opened;
   connection.kind = kSQLServer;
+  connection.is_oracle = ReadIsOracle(run.platform);
   TraceLine(run, "End: KVOOpenSQLServerDBADO");
   return opened;
 }

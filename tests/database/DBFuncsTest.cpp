@@ -184,6 +184,16 @@ TEST(OpenDatabaseADO, ConnectsToAServerWithTheLoginTimeout) {
   EXPECT_TRUE(OpenDatabaseADO(given.run, "DSN=Korvo;UID=sa;", "").ok());
   EXPECT_THAT(given.server.calls, ElementsAre("Connect 300 DSN=Korvo;UID=sa;"));
   EXPECT_EQ(given.run.database.kind, kSQLServer);
+  EXPECT_FALSE(given.run.database.is_oracle);
+}
+
+TEST(OpenDatabaseADO, ReadsAtEachServerWhetherItIsOracle) {
+  DatabaseRun given;
+  for (const bool is_oracle : {true, false}) {
+    given.SetIsOracle(is_oracle ? "1" : "0");
+    EXPECT_TRUE(OpenDatabaseADO(given.run, "DSN=Korvo;UID=sa;", "").ok());
+    EXPECT_EQ(given.run.database.is_oracle, is_oracle);
+  }
 }
 
 TEST(OpenDatabaseADO, WithoutAnEngineSaysSo) {
