@@ -134,6 +134,19 @@ bool IsNameByte(char character) {
          (byte >= 'a' && byte <= 'z') || byte == '_' || byte >= 0x80;
 }
 
+/// For each "(" the position of the ")" that closes it, npos elsewhere and where nothing does.
+std::vector<std::size_t> ClosingParentheses(std::string_view statement) {
+  std::vector<std::size_t> closing(statement.size(), std::string_view::npos);
+  std::vector<std::size_t> open;
+  for (std::size_t i = 0; i < statement.size(); ++i) {
+    if (statement[i] == '(') open.push_back(i);
+    if (statement[i] != ')' || open.empty()) continue;
+    closing[open.back()] = i;
+    open.pop_back();
+  }
+  return closing;
+}
+
 std::vector<SqlStar> FindStars(std::string_view statement) { return StarFinder(statement).Find(); }
 
 }  // namespace zent

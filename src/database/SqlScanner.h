@@ -21,4 +21,8 @@ bool IsNameByte(char character);
 /// followed; nothing else is known of the grammar. Takes time in proportion to the statement.
 std::vector<SqlStar> FindStars(std::string_view statement);
 
+/// For each "(" the position of the ")" that closes it, npos elsewhere and where nothing does.
+/// Quotes are not looked at.
+std::vector<std::size_t> ClosingParentheses(std::string_view statement);
+
 }  // namespace zent

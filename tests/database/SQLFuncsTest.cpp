@@ -99,6 +99,17 @@ constexpr TextCase kQuoteCases[] = {
     {"Contains without quotes", "Contains(N, M)", "Contains(N, M)"},
     {"two Contains", "Contains(N, 'a') OR Contains(N, 'b')",
      "Contains(N, 'a') OR Contains(N, 'b')"},
+    {"calls of several names", "Format(DateAdd('m',1,D),'d') & DateDiff('d',A,B)",
+     "Format(DateAdd(\"m\",1,D),\"d\") & DateDiff(\"d\",A,B)"},
+    {"a call behind one that holds a call", "Format(Format(D,'x'),'y') & Format(D,'z')",
+     "Format(Format(D,\"x\"),\"y\") & Format(D,\"z\")"},
+    {"Contains up to its own parenthesis", "Contains(N, 'a') & 'b' & \"c\"",
+     "Contains(N, 'a') & 'b' & \"c\""},
+    {"a Contains in a Contains without quotes of its own", "Contains(N, Contains(M, '\"a\"'))",
+     "Contains(N, Contains(M, '\"a\"'))"},
+    {"a Contains in a Contains that is never closed", "Contains('a', Contains(M, '\"b\"')",
+     "Contains('a', Contains(M, '\"b\"')"},
+    {"a Format in a Contains", "Contains(Format(N, 'a'), 'b')", "Contains(Format(N, 'a\"), \"b')"},
     {"a Contains in a Contains takes turns with it", "Contains(N, Contains(M, 'a'), 'b')",
      "Contains(N, Contains(M, 'a'), \"b')"},
 };
@@ -221,10 +232,24 @@ TEST(SplitSelect, TakesAStatementApart) {
 
 TEST(TranslateStatement, TakesTimeInProportionToTheStatement) {
   // Each of these would take minutes if it were looked through once for each of its parts.
-  for (const std::string piece : {"Format(", "#", "'*", "Contains(A)", "SELECT * FROM T UNION "}) {
+  for (const std::string piece : {"Format(", "#", "'*", "Contains(A)", "Contains('A)", "Format(A)",
+                                  "SELECT * FROM T UNION "}) {
     std::string statement = "SELECT A FROM T WHERE B LIKE '*' ";
     while (statement.size() < 300'000) statement += piece;
     EXPECT_FALSE(ForSqlServer(statement).empty());
+    EXPECT_FALSE(ForOracle(statement).empty());
+  }
+}
+
+TEST(TranslateStatement, TakesTimeInProportionToItsNestedCalls) {
+  constexpr std::size_t kDepth = 40'000;
+  for (const std::string call : {"Format(", "Contains(", "DateDiff("}) {
+    SCOPED_TRACE(call);
+    std::string statement = "SELECT ";
+    for (std::size_t depth = 0; depth < kDepth; ++depth) statement += call;
+    statement.append("'x'").append(kDepth, ')');
+    const std::string quote = call == "Contains(" ? "'" : "\"";
+    EXPECT_NE(ForSqlServer(statement).find("(" + quote + "x" + quote + ")"), std::string::npos);
     EXPECT_FALSE(ForOracle(statement).empty());
   }
 }
