@@ -15,11 +15,13 @@ namespace {
 
 constexpr std::size_t kNone = std::string_view::npos;
 
-/// The texts within quotes, and the statement with them left out, their quotes kept.
+/// The texts within quotes, and the statement with them left out and with blanks in their place;
+/// both keep the quotes.
 struct QuotedParts {
   std::vector<std::string> texts;
   bool apostrophe_in_double_quotes = false;
   std::string rest;
+  std::string in_place;
 };
 
 QuotedParts SplitQuoted(std::string_view statement) {
@@ -27,13 +29,18 @@ QuotedParts SplitQuoted(std::string_view statement) {
   for (std::size_t at = 0; at < statement.size(); ++at) {
     const char quote = statement[at];
     parts.rest += quote;
+    parts.in_place += quote;
     if (quote != '\'' && quote != '"') continue;
     const std::size_t end = std::min(statement.find(quote, at + 1), statement.size());
     parts.texts.emplace_back(statement.substr(at + 1, end - at - 1));
+    parts.in_place.append(end - at - 1, ' ');
     if (quote == '"' && parts.texts.back().find('\'') != kNone) {
       parts.apostrophe_in_double_quotes = true;
     }
-    if (end < statement.size()) parts.rest += quote;
+    if (end < statement.size()) {
+      parts.rest += quote;
+      parts.in_place += quote;
+    }
     at = end;
   }
   return parts;
@@ -56,6 +63,10 @@ constexpr std::array<std::string_view, 3> kRepaired = {"isdate(", "getdate(", "t
 constexpr std::array<std::string_view, 9> kUntranslated = {
     "IIf(", "Nz(", "InStr(", "UCase(", "LCase(", "CStr(", "CInt(", "CLng(", "CDbl("};
 
+/// Functions whose arguments are quoted anew.
+constexpr std::array<std::string_view, 4> kQuoted = {"DateAdd(", "DateDiff(", "Format(",
+                                                     "Contains("};
+
 using Traps = std::vector<std::string>;
 
 void FindLongerNames(const std::string& text, bool is_oracle, Traps& traps) {
@@ -76,14 +87,21 @@ void FindLongerNames(const std::string& text, bool is_oracle, Traps& traps) {
   }
 }
 
+/// The position of `word` in `text` where it is no part of a longer name.
+std::size_t FindWord(std::string_view text, std::string_view word, std::size_t from = 0) {
+  std::size_t at = FindIgnoringCase(text, word, from);
+  for (; at != kNone; at = FindIgnoringCase(text, word, at + 1)) {
+    const std::size_t end = at + word.size();
+    const bool is_longer =
+        (at > 0 && IsNameByte(text[at - 1])) || (end < text.size() && IsNameByte(text[end]));
+    if (!is_longer) break;
+  }
+  return at;
+}
+
 /// True when `word` stands alone in `text` and not behind "=" or "= ".
 bool HasBareWord(std::string_view text, std::string_view word) {
-  for (std::size_t at = FindIgnoringCase(text, word); at != kNone;
-       at = FindIgnoringCase(text, word, at + 1)) {
-    const std::size_t end = at + word.size();
-    if ((at > 0 && IsNameByte(text[at - 1])) || (end < text.size() && IsNameByte(text[end]))) {
-      continue;
-    }
+  for (std::size_t at = FindWord(text, word); at != kNone; at = FindWord(text, word, at + 1)) {
     const std::string_view before = text.substr(0, at);
     if (!before.ends_with('=') && !before.ends_with("= ")) return true;
   }
@@ -96,21 +114,43 @@ void FindConstants(const std::string& text, Traps& traps) {
       traps.push_back(fmt::format("{} is translated only behind \"=\" or \"= \"", word));
     }
   }
-  std::size_t first = kNone;
+}
+
+/// The position behind the assignments of an UPDATE; 0 for any other statement.
+std::size_t EndOfAssignments(std::string_view text) {
+  if (!EqualsIgnoringCase(TrimBlanks(text).substr(0, 7), "update ")) return 0;
+  return std::min(FindWord(text, "where"), text.size());
+}
+
+/// A test for Null is meant to be changed, an assignment is not.
+void FindNulls(const std::string& text, Traps& traps) {
+  const std::size_t assignments = EndOfAssignments(text);
   bool kept = false;
-  for (const std::string_view test : {"=Null", "= Null"}) {
-    for (std::size_t at = FindIgnoringCase(text, test); at != kNone;
-         at = FindIgnoringCase(text, test, at + 1)) {
-      first = std::min(first, at);
-      const std::size_t end = at + test.size();
-      kept |= end == text.size() || (text[end] != ' ' && !IsNameByte(text[end]));
+  bool assigned = false;
+  for (const std::string_view null : {"=Null", "= Null"}) {
+    for (std::size_t at = FindIgnoringCase(text, null); at != kNone;
+         at = FindIgnoringCase(text, null, at + 1)) {
+      const std::size_t end = at + null.size();
+      if (end < text.size() && IsNameByte(text[end])) continue;
+      const bool changed = end < text.size() && text[end] == ' ';
+      if (at < assignments) {
+        assigned |= changed;
+      } else {
+        kept |= !changed;
+      }
     }
   }
   if (kept) traps.emplace_back("=Null becomes Is Null only with a blank behind it");
-  const bool is_update = EqualsIgnoringCase(TrimBlanks(text).substr(0, 7), "update ");
-  if (is_update && first < FindIgnoringCase(text, " WHERE ")) {
-    traps.emplace_back("an assignment of Null becomes Is Null as a test does");
+  if (assigned) traps.emplace_back("an assignment of Null becomes Is Null as a test does");
+}
+
+/// Whether `name`, which ends with its parenthesis, stands in `text` and is no end of a longer one.
+bool HasCall(std::string_view text, std::string_view name) {
+  for (std::size_t at = FindIgnoringCase(text, name); at != kNone;
+       at = FindIgnoringCase(text, name, at + 1)) {
+    if (at == 0 || !IsNameByte(text[at - 1])) return true;
   }
+  return false;
 }
 
 void FindLeftOvers(const std::string& text, Traps& traps) {
@@ -119,9 +159,9 @@ void FindLeftOvers(const std::string& text, Traps& traps) {
   }
   if (text.find('&') != kNone) traps.emplace_back("& is not translated");
   for (const std::string_view function : kUntranslated) {
-    const std::size_t at = FindIgnoringCase(text, function);
-    if (at == kNone || (at > 0 && IsNameByte(text[at - 1]))) continue;
-    traps.push_back(fmt::format("{}) is not translated", function));
+    if (HasCall(text, function)) {
+      traps.push_back(fmt::format("{}) is not translated", function));
+    }
   }
 }
 
@@ -140,13 +180,13 @@ void FindChangedTexts(const QuotedParts& parts, bool is_oracle, Traps& traps) {
   }
 }
 
-bool HasUnclosedCall(std::string_view text) {
-  for (const std::string_view function : {"DateAdd(", "DateDiff(", "Format(", "Contains("}) {
-    const std::size_t at = FindIgnoringCase(text, function);
-    if (at == kNone) continue;
-    const std::string_view call = text.substr(at);
-    if (std::count(call.begin(), call.end(), '(') > std::count(call.begin(), call.end(), ')')) {
-      return true;
+/// Parentheses count within quotes, too, as where the arguments are quoted.
+bool HasUnclosedCall(std::string_view statement, const QuotedParts& parts) {
+  const std::vector<std::size_t> closing = ClosingParentheses(statement);
+  for (const std::string_view name : kQuoted) {
+    for (std::size_t at = FindIgnoringCase(parts.in_place, name); at != kNone;
+         at = FindIgnoringCase(parts.in_place, name, at + 1)) {
+      if (closing[at + name.size() - 1] == kNone) return true;
     }
   }
   return false;
@@ -168,10 +208,12 @@ std::vector<std::string> FindSqlTraps(std::string_view statement, bool is_oracle
   const QuotedParts parts = SplitQuoted(statement);
   FindLongerNames(parts.rest, is_oracle, traps);
   FindConstants(parts.rest, traps);
+  FindNulls(parts.rest, traps);
   FindLeftOvers(parts.rest, traps);
   FindChangedTexts(parts, is_oracle, traps);
-  if (!is_oracle && HasUnclosedCall(parts.rest)) {
-    traps.emplace_back("a call of a date function is never closed: its quotes stay");
+  if (!is_oracle && HasUnclosedCall(statement, parts)) {
+    traps.emplace_back(
+        "a call of DateAdd, DateDiff, Format or Contains is never closed: its quotes stay");
   }
   FindStarTraps(statement, traps);
   if (is_oracle && TranslateStatement(statement, kSQLServer, true) == kUnparsableStatement) {

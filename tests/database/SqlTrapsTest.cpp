@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "database/SQLFuncs.h"
 #include "database/SqlTraps.h"
 
 namespace zent {
@@ -31,6 +32,13 @@ constexpr TrapCase kTrapCases[] = {
     {"= Null with its blank", "WHERE A = Null AND B", "", ""},
     {"a column that begins like Null", "WHERE A = Nullable", "", ""},
     {"an assignment of Null", "UPDATE T SET A = Null WHERE B", "an assignment", "an assignment"},
+    {"an assignment of Null at the end", "UPDATE T SET A = Null", "", ""},
+    {"an assignment of Null before another", "UPDATE T SET A = Null, B = 1 WHERE C", "", ""},
+    {"an assignment of what begins like Null", "UPDATE T SET A = Nullable WHERE B", "", ""},
+    {"a test at the end behind an assignment", "UPDATE T SET A = Null, B = 1 WHERE C =Null",
+     "only with a blank", "only with a blank"},
+    {"a test on a line of its own", "UPDATE T SET A = 1\r\nWHERE B =Null", "only with a blank",
+     "only with a blank"},
     {"a test for Null in an update", "UPDATE T SET A = 1 WHERE B = Null AND C", "", ""},
     {"<> True", "WHERE A <> True", "True is translated only", "True is translated only"},
     {"a bare False", "WHERE False", "False is translated only", "False is translated only"},
@@ -38,11 +46,22 @@ constexpr TrapCase kTrapCases[] = {
     {"a number sign", "WHERE A = #soon#", "no date", "no date"},
     {"a joined text", "SELECT A & B FROM T", "& is not", "& is not"},
     {"IIf", "SELECT IIf(A,1,2) FROM T", "IIf() is not", "IIf() is not"},
+    {"IIf behind a longer name", "SELECT MyIIf(A), IIf(B,1,2) FROM T", "IIf() is not",
+     "IIf() is not"},
+    {"a name that ends in IIf", "SELECT MyIIf(A) FROM T", "", ""},
     {"a text that is changed", "WHERE A = 'x = True'", "'x = True' is changed to 'x = 1'",
      "'x = True' is changed to 'x = -1'"},
     {"a text that is not", "WHERE A = 'True & #5'", "", ""},
     {"an apostrophe in double quotes", "WHERE A = \"O'Neil\"", "ends the text", "ends the text"},
     {"a call that is not closed", "SELECT DateAdd('m',1,D FROM T", "never closed", ""},
+    {"a parenthesis behind a closed call", "SELECT DateAdd('m',1,D), (A FROM T", "", ""},
+    {"a later call that is not closed", "SELECT DateAdd('m',1,D)), Format(D,'d' FROM T",
+     "never closed", ""},
+    {"a call within one that is not closed", "SELECT Format(DateAdd('m',1,D),'d' FROM T",
+     "a call of DateAdd, DateDiff, Format or Contains is never closed", ""},
+    {"a text of a call that opens a parenthesis", "SELECT Format(D,'(') FROM T", "never closed",
+     ""},
+    {"the name of a call in a text", "WHERE A = 'Format('", "", ""},
     {"a product beside a pattern", "SELECT A*B FROM T WHERE C LIKE 'x*'", "every *", "every *"},
     {"a product alone", "SELECT A*B FROM T", "", ""},
     {"a UNION of nothing", "SELECT A FROM T UNION B", "", "cannot be taken apart"},
@@ -62,6 +81,24 @@ TEST(FindSqlTraps, WarnsOfWhatTheTranslationGetsWrong) {
     SCOPED_TRACE(row.what);
     ExpectTrap(row, row.sql_server, false);
     ExpectTrap(row, row.oracle, true);
+  }
+}
+
+// Each of these is a trap just where the translation does what is not meant: it changes an
+// assignment, or leaves the quotes of a call.
+TEST(FindSqlTraps, WarnsOfWhatTheTranslationReallyDoes) {
+  for (const char* assignment : {"UPDATE T SET A = Null", "UPDATE T SET A = Null, B = 1 WHERE C",
+                                 "UPDATE T SET A = Nullable WHERE B",
+                                 "UPDATE T SET A = Null WHERE B", "UPDATE T SET A =Null WHERE B"}) {
+    SCOPED_TRACE(assignment);
+    const bool changed = TranslateStatement(assignment, kSQLServer, false) != assignment;
+    EXPECT_EQ(!FindSqlTraps(assignment, false).empty(), changed);
+  }
+  for (const char* call : {"SELECT Format(D,'d') FROM T", "SELECT Format(D,'d' FROM T",
+                           "SELECT Format(D,'(') FROM T", "SELECT Format(D,'d'), (A FROM T"}) {
+    SCOPED_TRACE(call);
+    const bool kept = TranslateStatement(call, kSQLServer, false) == call;
+    EXPECT_EQ(!FindSqlTraps(call, false).empty(), kept);
   }
 }
 
