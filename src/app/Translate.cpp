@@ -26,9 +26,8 @@ ExitCode Translate(ProgramHost& host, const TranslateLine& line) {
       host.Complain("standard input: " + input.error().description);
       return ExitCode::WrongCommandLine;
     }
-    statement = input.value();
+    statement = WithoutLineBreak(input.value());
   }
-  statement = WithoutLineBreak(statement);
 
   const bool is_access = line.to == SqlDialect::Access;
   const bool is_oracle = line.to == SqlDialect::Oracle;

@@ -91,10 +91,22 @@ TEST(Translate, ReadsStandardInputAndTrimsOneFinalLineBreak) {
   }
 }
 
+struct ArgumentCase {
+  const char* argument;
+  const char* shown;
+};
+
+constexpr ArgumentCase kArgumentCases[] = {{" WHERE X =Null ", " WHERE X  Is Null \n"},
+                                           {"SELECT 1\n", "SELECT 1\n\n"},
+                                           {"SELECT 1\r\n", "SELECT 1\r\n\n"}};
+
 TEST(Translate, KeepsTheBlanksOfAnArgument) {
-  WordsHost host;
-  RunLine(host, {"translate", "--to", "sqlserver", " WHERE X =Null "});
-  EXPECT_EQ(host.shown, " WHERE X  Is Null \n");
+  for (const ArgumentCase& row : kArgumentCases) {
+    SCOPED_TRACE(row.argument);
+    WordsHost host;
+    RunLine(host, {"translate", "--to", "sqlserver", row.argument});
+    EXPECT_EQ(host.shown, row.shown);
+  }
 }
 
 TEST(Translate, WarnsOfKnownTrapsApartFromTheStatement) {
