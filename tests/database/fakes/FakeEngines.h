@@ -37,8 +37,7 @@ class FakeAccessEngine final : public AccessEngine {
   EngineErrors errors_;
 };
 
-/// A server that records how it is opened: each failure of `failures` is one engine error, or none
-/// at all when its number is -1, and those of number 0 are successes.
+/// A server that records how it is opened, and fails as it is told.
 class FakeServerEngine final : public ServerEngine {
  public:
   Result<std::unique_ptr<ServerWorkspace>> CreateWorkspace(std::string_view name,
