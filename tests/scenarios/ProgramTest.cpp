@@ -17,6 +17,8 @@ namespace {
 
 namespace fs = std::filesystem;
 using ::testing::HasSubstr;
+using ::testing::MatchesRegex;
+using ::testing::Not;
 
 /// A sample machine and a package, and the real program to run over them.
 struct Program {
@@ -165,6 +167,24 @@ TEST(Program, WrongArgumentsAre64) {
   EXPECT_EQ(end.exit_code, 64);
   EXPECT_THAT(end.output, HasSubstr("2"));
   EXPECT_EQ(given.Run({"--log", "/nosuch/log"}).exit_code, 64);
+}
+
+// Whether the server is not found or there is nothing to reach servers by: the open has begun, and
+// has ended with an error.
+TEST(Program, TracesTheOpenOfAServer) {
+  Program given;
+  given.folder.Put("machine/drive_c/users/anna/AppData/Roaming/Zent/Korvo.ini",
+                   "[General]\r\nDataPath=\r\nDataBase=DSN=Nowhere;UID=anna;PWD=Geheim7;\r\n");
+  given.folder.Put("package/Items.txt", "City,Ulm\r\n");
+  given.PutList("[General]\nAppName=Korvo\n[setup]\nimportlookup,Items.txt\n");
+
+  const ProgramEnd end = given.Run({"--trace", "trace"});
+
+  EXPECT_THAT(given.folder.Get("trace"),
+              MatchesRegex("\r\n[-0-9]+ [:0-9]+\tBegin: KVOOpenSQLServerDB\t0\r\n"
+                           "[-0-9]+ [:0-9]+\tEnd: KVOOpenSQLServerDB\t-?[1-9][0-9]*\r\n"));
+  EXPECT_THAT(given.folder.Get("trace") + end.output, Not(HasSubstr("PWD")));
+  EXPECT_THAT(end.output, Not(HasSubstr("Geheim7")));
 }
 
 TEST(Program, TellsABoxThatNobodySees) {
