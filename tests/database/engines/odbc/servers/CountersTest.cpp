@@ -4,9 +4,7 @@
 #include <vector>
 
 #include "database/Counters.h"
-#include "database/DBFuncs.h"
-#include "database/engines/odbc/servers/ServerDatabase.h"
-#include "database/fakes/DatabaseRun.h"
+#include "database/engines/odbc/servers/ServerRun.h"
 
 namespace zent::testing {
 namespace {
@@ -16,30 +14,10 @@ using ::testing::IsEmpty;
 
 constexpr int kKeysEach = 40;
 
-/// A run of a program of its own on a server.
-struct ServerRun : DatabaseRun {
-  ServerRun(const std::string& connect_text, bool is_oracle) : odbc(MakeOdbcEngine()) {
-    SetIsOracle(is_oracle ? "1" : "0");
-    run.database.server = odbc.get();
-    std::string text = connect_text;
-    database = KVOOpenSQLServerDB(run, text);
-  }
-  ~ServerRun() {
-    database.reset();
-    run.database.workspace.reset();
-  }
-  ServerRun(const ServerRun&) = delete;
-  ServerRun& operator=(const ServerRun&) = delete;
-
-  std::unique_ptr<OdbcEngine> odbc;
-  DatabasePtr database;
-};
-
 class ServerCounters : public ::testing::TestWithParam<const char*> {
  protected:
-  bool is_oracle() const { return GetParam() == std::string("KorvoOracle"); }
   std::unique_ptr<ServerRun> Start() {
-    auto started = std::make_unique<ServerRun>(server.connect_text(), is_oracle());
+    auto started = std::make_unique<ServerRun>(server.connect_text(), GetParam());
     EXPECT_NE(started->database, nullptr) << ::testing::PrintToString(started->window.boxes);
     return started;
   }
@@ -51,14 +29,7 @@ class ServerCounters : public ::testing::TestWithParam<const char*> {
   /// The counters of a table, one a row.
   std::vector<std::string> Counts(const std::string& table) {
     const auto database = server.Open();
-    const auto rows = database->OpenRecordset(
-        "SELECT * FROM Counters WHERE TableName='" + table + "'", RecordsetUse::Read);
-    std::vector<std::string> counts;
-    while (rows.ok() && !rows.value()->AtEnd()) {
-      counts.push_back(rows.value()->Get("CurCount").value_or({}).AsText());
-      if (!rows.value()->MoveNext().ok()) return {"error"};
-    }
-    return counts;
+    return RowTexts(*database, "SELECT CurCount FROM Counters WHERE TableName='" + table + "'");
   }
 
   ServerDatabase server{GetParam()};

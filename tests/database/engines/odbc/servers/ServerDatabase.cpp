@@ -4,6 +4,7 @@
 
 #include <random>
 
+#include "contracts/ContractDatabase.h"
 #include "odbc/LoadOdbc.h"
 
 namespace zent::testing {
@@ -17,6 +18,19 @@ std::unique_ptr<OdbcEngine> MakeOdbcEngine() {
 }
 
 std::string LoginText() { return fmt::format("UID={};PWD={};", kServerUser, kServerPassword); }
+
+std::vector<std::string> RowTexts(OpenedDatabase& database, const std::string& query) {
+  const auto opened = database.OpenRecordset(query, RecordsetUse::Read);
+  if (!opened.ok()) return {"error: " + opened.error().description};
+  std::vector<std::string> texts;
+  while (!opened.value()->AtEnd()) {
+    texts.push_back(RowText(*opened.value()));
+    if (const Status moved = opened.value()->MoveNext(); !moved.ok()) {
+      return {"error: " + moved.error().description};
+    }
+  }
+  return texts;
+}
 
 ServerDatabase::ServerDatabase(std::string_view data_source) : engine_(MakeOdbcEngine()) {
   std::random_device random;

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "database/engines/odbc/OdbcEngine.h"
 
@@ -29,6 +30,9 @@ std::unique_ptr<OdbcEngine> MakeOdbcEngine();
 
 /// "UID=...;PWD=...;" of the account of the tests.
 std::string LoginText();
+
+/// The rows of a query as text: values with "|" between them, a null is "null".
+std::vector<std::string> RowTexts(OpenedDatabase& database, const std::string& query);
 
 /// A database of one test alone on the server, dropped at the end.
 class ServerDatabase {
