@@ -88,6 +88,13 @@ class FileSystem {
   /// is kFileAlreadyExists, a file in use kPermissionDenied.
   virtual Status Move(std::string_view old_path, std::string_view new_path) = 0;
 
+  /// Puts the file `source` in the place of the existing file `target` of the same folder, in one
+  /// step (MoveFileEx with replace-existing and write-through): at every instant the name stands
+  /// for the old file or for the new one. The attributes and the spelling of `target` stay; nothing
+  /// is copied. A missing file of either name is kFileNotFound, a read-only target kPathFileAccess,
+  /// a file in use kPermissionDenied: both are there then, the target as it was.
+  virtual Status Replace(std::string_view source, std::string_view target) = 0;
+
   /// Deletes one file (DeleteFile): no wildcard. A read-only file is kPathFileAccess.
   virtual Status Delete(std::string_view path) = 0;
 

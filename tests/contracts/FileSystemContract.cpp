@@ -76,8 +76,11 @@ TEST_P(FileSystemContract, EveryCallTellsWhatIsMissing) {
     EXPECT_EQ(files().OpenForReading(path).number(), number);
     EXPECT_EQ(files().Copy(path, Full("b.txt")).number(), number);
     EXPECT_EQ(files().Move(path, Full("b.txt")).number(), number);
+    EXPECT_EQ(files().Replace(path, Full("a.txt")).number(), number);
+    EXPECT_EQ(files().Replace(Full("a.txt"), path).number(), number);
     EXPECT_EQ(files().Delete(path).number(), number);
   }
+  EXPECT_EQ(Get("a.txt"), "a");
   EXPECT_EQ(files().Write(nowhere, "x").number(), kPathNotFound);
   EXPECT_EQ(files().Copy(Full("a.txt"), nowhere).number(), kPathNotFound);
   EXPECT_EQ(files().Move(Full("a.txt"), nowhere).number(), kPathNotFound);
@@ -94,6 +97,7 @@ TEST_P(FileSystemContract, NamesThatNoFileCanHaveAreRefused) {
     EXPECT_EQ(files().Write(Full(name), "x").number(), kBadFileName);
     EXPECT_EQ(files().Copy(Full("a.txt"), Full(name)).number(), kBadFileName);
     EXPECT_EQ(files().Move(Full("a.txt"), Full(name)).number(), kBadFileName);
+    EXPECT_EQ(files().Replace(Full("a.txt"), Full(name)).number(), kBadFileName);
     EXPECT_EQ(files().Delete(Full(name)).number(), kBadFileName);
     EXPECT_EQ(files().CreateFolder(Full(name)).number(), kBadFileName);
   }
@@ -135,6 +139,8 @@ TEST_P(FileSystemContract, AFolderIsNoFile) {
   EXPECT_EQ(files().Delete(Full("Dir")).number(), kPathFileAccess);
   EXPECT_EQ(files().Copy(Full("Dir"), Full("b")).number(), kPathFileAccess);
   EXPECT_EQ(files().Copy(Full("a.txt"), Full("Dir")).number(), kPathFileAccess);
+  EXPECT_EQ(files().Replace(Full("Dir"), Full("a.txt")).number(), kPathFileAccess);
+  EXPECT_EQ(files().Replace(Full("a.txt"), Full("Dir")).number(), kPathFileAccess);
 }
 
 TEST_P(FileSystemContract, AttributesAreSetAndCleared) {
@@ -169,6 +175,41 @@ TEST_P(FileSystemContract, ACopyTakesContentsAndAttributes) {
   EXPECT_EQ(Bits("new.txt"), kAttributeReadOnly | kAttributeHidden);
   EXPECT_EQ(Found(Full("*")), "a.txt new.txt Target.txt");
   EXPECT_EQ(files().Copy(Full("a.txt"), Full("A.TXT")).number(), kPermissionDenied);
+}
+
+TEST_P(FileSystemContract, AReplacementTakesTheNameAndTheAttributesOfTheOldFile) {
+  struct Case {
+    const char* what;
+    std::uint32_t source;
+    std::uint32_t target;
+  };
+  constexpr Case kCases[] = {
+      {"neither has any", 0, 0},
+      {"the target is hidden", 0, kAttributeHidden | kAttributeSystem},
+      {"the source is hidden", kAttributeHidden, 0},
+      {"the source is read-only", kAttributeReadOnly, kAttributeHidden},
+  };
+  for (const Case& row : kCases) {
+    SCOPED_TRACE(row.what);
+    Put("new.txt", "new", row.source);
+    Put("Target.txt", "old");
+    EXPECT_TRUE(files().SetAttributes(Full("Target.txt"), row.target).ok());
+    EXPECT_TRUE(files().Replace(Full("NEW.TXT"), Full("TARGET.TXT")).ok());
+    EXPECT_EQ(Found(Full("*")), "Target.txt");
+    EXPECT_EQ(Get("target.txt"), "new");
+    EXPECT_EQ(Bits("target.txt"), row.target);
+  }
+}
+
+TEST_P(FileSystemContract, AReplacementThatIsRefusedChangesNothing) {
+  Put("new.txt", "new");
+  Put("old.txt", "old", kAttributeReadOnly);
+  EXPECT_EQ(files().Replace(Full("new.txt"), Full("old.txt")).number(), kPathFileAccess);
+  EXPECT_EQ(Bits("old.txt"), kAttributeReadOnly);
+  EXPECT_EQ(files().Replace(Full("new.txt"), Full("NEW.TXT")).number(), kPermissionDenied);
+  EXPECT_EQ(Found(Full("*")), "new.txt old.txt");
+  EXPECT_EQ(Get("new.txt"), "new");
+  EXPECT_EQ(Get("old.txt"), "old");
 }
 
 TEST_P(FileSystemContract, AMoveTakesNoExistingName) {
@@ -220,8 +261,11 @@ TEST_P(FileSystemContract, AFileThatAnotherProcessHoldsIsInUse) {
     EXPECT_EQ(files().Write(Full("held.txt"), "new").number(), kPermissionDenied);
     EXPECT_EQ(files().Delete(Full("held.txt")).number(), kPermissionDenied);
     EXPECT_EQ(files().Move(Full("held.txt"), Full("new.txt")).number(), kPermissionDenied);
+    EXPECT_EQ(files().Replace(Full("a.txt"), Full("held.txt")).number(), kPermissionDenied);
+    EXPECT_EQ(files().Replace(Full("held.txt"), Full("a.txt")).number(), kPermissionDenied);
     EXPECT_TRUE(files().Copy(Full("held.txt"), Full("copy.txt")).ok());
     EXPECT_EQ(Get("held.txt"), "held");
+    EXPECT_EQ(Get("a.txt"), "a");
   }
   EXPECT_TRUE(files().Copy(Full("a.txt"), Full("held.txt")).ok());
   EXPECT_TRUE(files().Delete(Full("held.txt")).ok());

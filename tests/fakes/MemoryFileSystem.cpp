@@ -240,6 +240,23 @@ Status MemoryFileSystem::Move(std::string_view old_path, std::string_view new_pa
   return {};
 }
 
+Status MemoryFileSystem::Replace(std::string_view source, std::string_view target) {
+  Status fault = log_.Change("Replace " + std::string(source) + " > " + std::string(target));
+  if (!fault.ok()) return fault;
+  const Result<Node*> from = ExistingFile(source);
+  if (!from.ok()) return from.error();
+  const Result<Node*> to = Target(target);
+  if (!to.ok()) return to.error();
+  if (to.value() == nullptr) return StandardError(kFileNotFound);
+  if (from.value() == to.value() || from.value()->sharing != Sharing::Free) {
+    return StandardError(kPermissionDenied);
+  }
+  to.value()->contents = std::move(from.value()->contents);
+  nodes_.erase(FoldName(from.value()->path));
+  if (on_copied) on_copied(source, target);
+  return {};
+}
+
 Status MemoryFileSystem::Delete(std::string_view path) {
   Status fault = log_.Change("Delete " + std::string(path));
   if (!fault.ok()) return fault;

@@ -41,8 +41,8 @@ class MemoryFileSystem : public FileSystem {
   void HoldLoaded(std::string_view path);
   void Release(std::string_view path);
 
-  /// Called after each copy that succeeds, with both paths as they were given: for fakes that keep
-  /// beside a file what it stands for.
+  /// Called after each copy or replacement that succeeds, with both paths as they were given: for
+  /// fakes that keep beside a file what it stands for.
   std::function<void(std::string_view source, std::string_view target)> on_copied;
 
   /// What was called ("Write C:\a.ini", "Copy C:\a.ini > C:\b.ini") and what is to fail.
@@ -58,6 +58,7 @@ class MemoryFileSystem : public FileSystem {
   Status Write(std::string_view path, std::string_view contents) override;
   Status Copy(std::string_view source, std::string_view target) override;
   Status Move(std::string_view old_path, std::string_view new_path) override;
+  Status Replace(std::string_view source, std::string_view target) override;
   Status Delete(std::string_view path) override;
   Status CreateFolder(std::string_view path) override;
 

@@ -167,6 +167,25 @@ TEST(MemoryFileSystem, CopiesContentsAndAttributes) {
   EXPECT_EQ(files.Copy(R"(C:\a.txt)", R"(C:\none\x.txt)").number(), kPathNotFound);
 }
 
+TEST(MemoryFileSystem, AReplacementKeepsTheAttributesOfTheTarget) {
+  MemoryFileSystem files;
+  files.PutFile(R"(C:\new.txt)", "new", kAttributeReadOnly);
+  files.PutFile(R"(C:\Old.txt)", "old", kAttributeHidden);
+  files.PutFile(R"(C:\read.txt)", "read", kAttributeReadOnly);
+  EXPECT_EQ(files.Replace(R"(C:\new.txt)", R"(C:\none.txt)").number(), kFileNotFound);
+  EXPECT_EQ(files.Replace(R"(C:\none.txt)", R"(C:\old.txt)").number(), kFileNotFound);
+  EXPECT_EQ(files.Replace(R"(C:\new.txt)", R"(C:\read.txt)").number(), kPathFileAccess);
+  for (const char* held : {R"(C:\new.txt)", R"(C:\old.txt)"}) {
+    files.HoldOpen(held);
+    EXPECT_EQ(files.Replace(R"(C:\new.txt)", R"(C:\old.txt)").number(), kPermissionDenied);
+    files.Release(held);
+  }
+  EXPECT_TRUE(files.Replace(R"(C:\new.txt)", R"(C:\old.txt)").ok());
+  EXPECT_THAT(files.AllFiles(), ElementsAre(R"(C:\Old.txt)", R"(C:\read.txt)"));
+  EXPECT_EQ(files.Contents(R"(C:\old.txt)"), "new");
+  EXPECT_EQ(files.Attributes(R"(C:\old.txt)").value_or(0), kAttributeHidden);
+}
+
 TEST(MemoryFileSystem, MovesFilesAndWholeFolders) {
   MemoryFileSystem files;
   files.PutFile(R"(C:\A\sub\x.txt)", "1");

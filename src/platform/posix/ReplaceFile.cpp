@@ -18,8 +18,19 @@
 namespace zent {
 namespace {
 
-/// Copies mode, owner and extended attributes as far as the system lets us: what it refuses (an
-/// owner, when we are not root) does not make the contents worth less.
+/// Our own number was given anew after a run that had it was killed.
+bool MayBeAtWork(pid_t process) {
+  if (process == ::getpid()) return false;
+  return ::kill(process, 0) == 0 || errno == EPERM;
+}
+
+bool IsLeft(std::string_view name) {
+  const std::optional<pid_t> maker = MakerOfSibling(name);
+  return maker && !MayBeAtWork(*maker);
+}
+
+}  // namespace
+
 void TakeOver(int from, int to) {
   struct stat old = {};
   if (::fstat(from, &old) != 0) return;
@@ -41,19 +52,6 @@ void TakeOver(int from, int to) {
     if (size >= 0) ::fsetxattr(to, name.c_str(), value.data(), static_cast<std::size_t>(size), 0);
   }
 }
-
-/// Our own number was given anew after a run that had it was killed.
-bool MayBeAtWork(pid_t process) {
-  if (process == ::getpid()) return false;
-  return ::kill(process, 0) == 0 || errno == EPERM;
-}
-
-bool IsLeft(std::string_view name) {
-  const std::optional<pid_t> maker = MakerOfSibling(name);
-  return maker && !MayBeAtWork(*maker);
-}
-
-}  // namespace
 
 int WriteAll(int fd, std::string_view contents) {
   while (!contents.empty()) {

@@ -17,6 +17,10 @@ namespace zent {
 Status ReplaceFileAt(int folder_fd, const std::string& name, std::string_view contents,
                      mode_t mode = 0644);
 
+/// Gives the file `to` mode, owner and extended attributes of the file `from`, as far as the system
+/// lets us: what it refuses (an owner, when we are not root) does not make the contents worth less.
+void TakeOver(int from, int to);
+
 /// Writes all of `contents` at the descriptor's position; the errno of a failure, or 0.
 int WriteAll(int fd, std::string_view contents);
 

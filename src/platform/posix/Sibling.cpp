@@ -27,13 +27,6 @@ std::optional<int> PositiveNumber(std::string_view digits) {
   return number;
 }
 
-/// The contents are safe already; a folder that cannot be flushed only delays the new name.
-void FlushFolder(int folder_fd) {
-  // A descriptor of its own: one opened with O_PATH cannot be flushed.
-  const UniqueFd folder(::openat(folder_fd, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (folder.ok()) ::fsync(folder.get());
-}
-
 }  // namespace
 
 Result<Sibling> Sibling::Create(int folder_fd, mode_t mode) {
@@ -83,6 +76,12 @@ std::optional<pid_t> MakerOfSibling(std::string_view name) {
   name.remove_suffix(kNameEnd.size());
   const bool numbered = name.find_first_not_of("0123456789") == std::string_view::npos;
   return numbered ? process : std::nullopt;
+}
+
+void FlushFolder(int folder_fd) {
+  // A descriptor of its own: one opened with O_PATH cannot be flushed.
+  const UniqueFd folder(::openat(folder_fd, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (folder.ok()) ::fsync(folder.get());
 }
 
 int RenameToFreeName(int from_folder, const std::string& from, int to_folder,

@@ -51,6 +51,10 @@ bool IsSiblingName(std::string_view name);
 /// The process that made the sibling `name`, as its name tells; nothing for any other name.
 std::optional<pid_t> MakerOfSibling(std::string_view name);
 
+/// Makes names in the folder safe. Their contents are safe already: a folder that cannot be flushed
+/// only delays the new names.
+void FlushFolder(int folder_fd);
+
 /// Renames unless `to` exists; the errno of a failure, EEXIST then, or 0.
 int RenameToFreeName(int from_folder, const std::string& from, int to_folder,
                      const std::string& to);

@@ -20,6 +20,7 @@
 #include "platform/prefix/files/CopyContents.h"
 #include "platform/prefix/files/FileUse.h"
 #include "platform/prefix/files/MoveEntry.h"
+#include "platform/prefix/files/ReplaceEntry.h"
 #include "platform/prefix/files/WindowsPath.h"
 
 namespace zent {
@@ -210,6 +211,16 @@ Status PrefixFileSystem::Move(std::string_view old_path, std::string_view new_pa
   const Result<Place> to = Locate(new_path);
   if (!to.ok()) return to.error();
   return MoveEntry(from.value(), to.value(), left_siblings_);
+}
+
+Status PrefixFileSystem::Replace(std::string_view source, std::string_view target) {
+  const Result<Place> from = LocateFile(source);
+  if (!from.ok()) return from.error();
+  const Result<Place> to = LocateFile(target);
+  if (!to.ok()) return to.error();
+  if (IsSameFile(from.value(), to.value())) return StandardError(kPermissionDenied);
+  if (Status replaceable = CheckReplaceable(to.value()); !replaceable.ok()) return replaceable;
+  return ReplaceEntry(from.value(), to.value());
 }
 
 Status PrefixFileSystem::Delete(std::string_view path) {

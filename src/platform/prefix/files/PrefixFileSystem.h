@@ -34,6 +34,7 @@ class PrefixFileSystem : public FileSystem {
   Status Write(std::string_view path, std::string_view contents) override;
   Status Copy(std::string_view source, std::string_view target) override;
   Status Move(std::string_view old_path, std::string_view new_path) override;
+  Status Replace(std::string_view source, std::string_view target) override;
   Status Delete(std::string_view path) override;
   Status CreateFolder(std::string_view path) override;
 

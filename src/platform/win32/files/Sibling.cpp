@@ -100,8 +100,16 @@ Result<Win32Sibling> Win32Sibling::OfCopy(const FilePath& target, const FilePath
   return sibling;
 }
 
+Result<Win32Sibling> Win32Sibling::OfFile(const FilePath& source) {
+  Win32Sibling sibling(source.ansi);
+  sibling.is_made_ = false;
+  SetFileAttributesA(source.ansi.c_str(), FILE_ATTRIBUTE_NORMAL);
+  if (const Status flushed = Flush(source.ansi); !flushed.ok()) return flushed.error();
+  return sibling;
+}
+
 Win32Sibling::~Win32Sibling() {
-  if (!path_.empty()) Remove(path_);
+  if (is_made_ && !path_.empty()) Remove(path_);
 }
 
 void Win32Sibling::TakeRightsOf(const FilePath& old) {

@@ -15,7 +15,7 @@ namespace zent {
 enum class OldFile { Replace, Keep };
 
 /// A new file in the folder of the one whose place it takes once it is complete and flushed. One
-/// that is not put in place is removed.
+/// that is not put in place is removed, unless it was there before (OfFile).
 ///
 /// Its name is about twenty characters long: a folder that has no room for it below the 259
 /// characters of a path takes no file, kPathFileAccess.
@@ -26,7 +26,10 @@ class Win32Sibling {
   /// A sibling of `target` with the contents, times and streams of the file `source`. Its
   /// attributes are not yet those of the source.
   static Result<Win32Sibling> OfCopy(const FilePath& target, const FilePath& source);
-  Win32Sibling(Win32Sibling&& other) noexcept : path_(std::exchange(other.path_, {})) {}
+  /// The existing file `source` itself, flushed; it is not read-only any more.
+  static Result<Win32Sibling> OfFile(const FilePath& source);
+  Win32Sibling(Win32Sibling&& other) noexcept
+      : path_(std::exchange(other.path_, {})), is_made_(other.is_made_) {}
   Win32Sibling& operator=(Win32Sibling&&) = delete;
   Win32Sibling(const Win32Sibling&) = delete;
   Win32Sibling& operator=(const Win32Sibling&) = delete;
@@ -44,6 +47,7 @@ class Win32Sibling {
   explicit Win32Sibling(std::string path) : path_(std::move(path)) {}
 
   std::string path_;  // ANSI; empty once in place
+  bool is_made_ = true;
 };
 
 /// Removes the half-written files that a killed run left behind, from each folder once: before the

@@ -84,7 +84,7 @@ Status Win32FileSystem::Write(std::string_view path, std::string_view contents) 
   Result<Win32Sibling> sibling = Win32Sibling::OfContents(target.value().path, contents);
   if (!sibling.ok()) return sibling.error();
   const std::uint32_t attributes = target.value().old_attributes.value_or(kAttributeArchive);
-  return Replace(target.value(), sibling.value(), attributes);
+  return PutInPlace(target.value(), sibling.value(), attributes);
 }
 
 Status Win32FileSystem::Copy(std::string_view source, std::string_view target) {
@@ -102,7 +102,7 @@ Status Win32FileSystem::Copy(std::string_view source, std::string_view target) {
   left_siblings_.RemoveBeside(place);
   Result<Win32Sibling> copy = Win32Sibling::OfCopy(place, from.value());
   if (!copy.ok()) return copy.error();
-  return Replace(to.value(), copy.value(), attributes.value());
+  return PutInPlace(to.value(), copy.value(), attributes.value());
 }
 
 Status Win32FileSystem::Move(std::string_view old_path, std::string_view new_path) {
@@ -120,6 +120,21 @@ Status Win32FileSystem::Move(std::string_view old_path, std::string_view new_pat
   const bool folder = (attributes.value() & kAttributeFolder) != 0;
   return folder ? StandardError(kCannotRenameAcrossDrives)
                 : MoveByCopy(from.value(), to.value(), attributes.value());
+}
+
+Status Win32FileSystem::Replace(std::string_view source, std::string_view target) {
+  const Result<FilePath> from = LocateFile(source);
+  if (!from.ok()) return from.error();
+  const Result<Target> to = LocateTarget(target);
+  if (!to.ok()) return to.error();
+  const std::optional<std::uint32_t> attributes = to.value().old_attributes;
+  if (!attributes) return StandardError(kFileNotFound);
+  const FilePath& place = to.value().path;
+  if (IsSameFile(from.value().ansi, place.ansi)) return StandardError(kPermissionDenied);
+  if (Status replaceable = CheckOld(to.value()); !replaceable.ok()) return replaceable;
+  Result<Win32Sibling> sibling = Win32Sibling::OfFile(from.value());
+  if (!sibling.ok()) return sibling.error();
+  return PutInPlace(to.value(), sibling.value(), *attributes);
 }
 
 Status Win32FileSystem::Delete(std::string_view path) {
@@ -177,8 +192,8 @@ Status Win32FileSystem::CheckOld(const Target& target) {
   return target.old_attributes ? CheckReplaceable(target.path.ansi) : Status();
 }
 
-Status Win32FileSystem::Replace(const Target& target, Win32Sibling& sibling,
-                                std::uint32_t attributes) {
+Status Win32FileSystem::PutInPlace(const Target& target, Win32Sibling& sibling,
+                                   std::uint32_t attributes) {
   if (target.old_attributes) sibling.TakeRightsOf(target.path);
   if (Status stored = sibling.SetAttributes(attributes); !stored.ok()) return stored;
   return sibling.PutInPlace(target.path, OldFile::Replace);

@@ -37,6 +37,7 @@ class Win32FileSystem : public FileSystem {
   Status Write(std::string_view path, std::string_view contents) override;
   Status Copy(std::string_view source, std::string_view target) override;
   Status Move(std::string_view old_path, std::string_view new_path) override;
+  Status Replace(std::string_view source, std::string_view target) override;
   Status Delete(std::string_view path) override;
   Status CreateFolder(std::string_view path) override;
 
@@ -54,7 +55,7 @@ class Win32FileSystem : public FileSystem {
   /// What keeps the old file, if there is one, from being replaced.
   static Status CheckOld(const Target& target);
   /// Puts a complete sibling in place, with these attributes and the rights of the old file.
-  static Status Replace(const Target& target, Win32Sibling& sibling, std::uint32_t attributes);
+  static Status PutInPlace(const Target& target, Win32Sibling& sibling, std::uint32_t attributes);
   /// Copies and deletes: a file that goes to another drive.
   Status MoveByCopy(const FilePath& from, const FilePath& to, std::uint32_t attributes);
 

@@ -47,6 +47,17 @@ TEST(PrefixFileSystem, ReadOnlyIsTheMissingWritePermission) {
   EXPECT_EQ(ModeOf(file), 0644U);
 }
 
+TEST(PrefixFileSystem, AReplacementKeepsThePermissionsOfTheOldFile) {
+  TestMachine machine;
+  const auto target = machine.Put("target.txt");
+  ::chmod(target.c_str(), 0660);
+  const auto source = machine.Put("source.txt");
+  ::chmod(source.c_str(), 0444);
+  EXPECT_TRUE(machine.Open().Replace(R"(C:\source.txt)", R"(C:\target.txt)").ok());
+  EXPECT_EQ(ModeOf(target), 0660U);
+  EXPECT_FALSE(std::filesystem::exists(source));
+}
+
 TEST(PrefixFileSystem, HiddenAndSystemAreAnExtendedAttribute) {
   TestMachine machine;
   const auto file = machine.Put("a.txt");
