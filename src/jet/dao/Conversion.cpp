@@ -129,6 +129,7 @@ Result<NewColumn> ColumnFor(const Field& field) {
   column.hyperlink = (field.attributes & kHyperlinkField) != 0;
   const bool sized = field.type == DataType::ShortText || field.type == DataType::Binary;
   column.fixed = sized && (field.attributes & kFixedField) != 0;
+  column.ordinal = field.ordinal_position;
   column.properties = field.properties;
   Status added = AddText(column.properties, kDefaultValue, ColumnType::Memo, field.default_value);
   if (added.ok()) {

@@ -69,6 +69,7 @@ Status Database::Append(TableDef& table) {
   }
   for (const Index& index : table.new_indexes_) made.indexes.push_back(IndexFor(index));
   made.properties = table.new_properties_;
+  if ((table.attributes() & kHiddenTable) != 0) made.flags = kHiddenObject;
   Status done =
       core_->Change([&] { return Schema(*core_->catalog, core_->now()).CreateTable(made); });
   if (!done.ok()) return done;

@@ -20,8 +20,8 @@ struct Field {
   std::string default_value = {};  ///< an expression: "0", "\"new\"", "Now()"
   std::string validation_rule = {};
   std::string validation_text = {};
-  std::uint16_t ordinal_position = 0;
-  std::uint8_t precision = 18;  ///< of a decimal
+  std::uint16_t ordinal_position = 0;  ///< of one that is appended: 0: behind the others
+  std::uint8_t precision = 18;         ///< of a decimal
   std::uint8_t scale = 0;
   bool compressed = true;         ///< text and memo: short Latin text takes a byte per character
   std::string source_table = {};  ///< of a recordset: where it comes from; empty: calculated

@@ -53,8 +53,10 @@ std::vector<RowPointer> CopiedRows(std::size_t count) {
   return rows;
 }
 
-/// A statement begins with its keyword, a table's name does not hold blanks there.
-bool IsStatement(std::string_view source) {
+constexpr std::size_t kLongestName = 64 * 3;  // bytes: 64 units of UTF-16
+
+/// A statement begins with its keyword; a table's name may, too.
+bool LooksLikeStatement(std::string_view source) {
   constexpr std::string_view kSelect = "select";
   source = TrimBlanks(source);
   if (source.size() <= kSelect.size()) return false;
@@ -63,12 +65,21 @@ bool IsStatement(std::string_view source) {
          std::string_view(" \t\r\n[*(\"").find(behind) != std::string_view::npos;
 }
 
+/// Whether `source` is a statement rather than the name of a table that looks like one.
+bool IsStatement(Catalog& catalog, std::string_view source) {
+  if (!LooksLikeStatement(source)) return false;
+  if (source.size() > kLongestName) return true;
+  const Result<std::optional<CatalogObject>> object = catalog.FindIn(kTablesId, source);
+  return !object.ok() || !object.value() || !object.value()->IsTable();
+}
+
 }  // namespace
 
 Result<std::unique_ptr<Recordset>> RecordsetOpening::Open(std::string_view source,
                                                           RecordsetType type) {
   if (Status open = core.CheckOpen(); !open.ok()) return open.error();
-  Result<Made> made = IsStatement(source) ? OfQuery(source, type) : OfTable(source, type);
+  Result<Made> made =
+      IsStatement(*core.catalog, source) ? OfQuery(source, type) : OfTable(source, type);
   if (!made.ok()) return made.error();
   std::unique_ptr<Recordset> recordset(new Recordset(std::move(made.value())));
   if (Status moved = recordset->MoveFirst(); !moved.ok()) return moved.error();

@@ -8,6 +8,7 @@
 
 #include "base/Status.h"
 #include "jet/dao/Collection.h"
+#include "jet/dao/Constants.h"
 #include "jet/dao/Field.h"
 #include "jet/format/PropertyBlob.h"
 #include "jet/format/Value.h"
@@ -45,6 +46,8 @@ class TableDef {
   const std::string& source_table_name() const { return facts_.source_table_name; }
   Date date_created() const { return facts_.date_created; }
   Date last_updated() const { return facts_.last_updated; }
+  /// Of a new one: whether lists of tables leave it out.
+  void SetHidden(bool hidden) { facts_.attributes = hidden ? kHiddenTable : 0; }
   bool IsLinked() const { return (facts_.attributes & (kAttachedTable | kAttachedOdbc)) != 0; }
 
   /// -1 for a linked table, 0 for a new one.

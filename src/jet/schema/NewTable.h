@@ -23,6 +23,8 @@ struct NewColumn {
   bool compressed = true;         ///< text and memo: short Latin text takes a byte per character
   bool hyperlink = false;         ///< memo
   bool fixed = false;             ///< text and binary: the row holds the whole size
+  /// Of a column that is added: it is shown before the one that has this ordinal; 0: behind all.
+  std::uint16_t ordinal = 0;
   /// Those beyond Required and AllowZeroLength, which follow from the members above.
   std::vector<Property> properties = {};
 };

@@ -70,6 +70,16 @@ std::uint16_t NextOrdinal(const TableDefinition& table) {
   return next;
 }
 
+/// The ordinal of a new column that wants to have `wanted`. Those from there on move up by one.
+std::uint16_t MakeRoom(std::uint16_t wanted, TableDefinition& table) {
+  const std::uint16_t next = NextOrdinal(table);
+  if (wanted == 0 || wanted >= next) return next;
+  for (ColumnDefinition& column : table.columns) {
+    if (column.ordinal >= wanted) ++column.ordinal;
+  }
+  return wanted;
+}
+
 }  // namespace
 
 Status Schema::AddColumn(std::string_view table, const NewColumn& column) {
@@ -84,7 +94,7 @@ Status Schema::AddColumn(std::string_view table, const NewColumn& column) {
   if (definition.max_columns >= kMaxColumns) return JetError(kTooManyFields);
   const Result<std::size_t> fixed_end = FixedEnd(catalog_, edited, planned.value());
   if (!fixed_end.ok()) return fixed_end.error();
-  planned.value().ordinal = NextOrdinal(definition);
+  planned.value().ordinal = MakeRoom(column.ordinal, definition);
   const bool first_variable = definition.variable_slots == 0 && !planned.value().IsFixed();
   PlaceColumn(std::move(planned.value()), fixed_end.value(), definition);
   if (Status checked = CheckColumns(definition); !checked.ok()) return checked;

@@ -39,6 +39,22 @@ TEST(Recordset, MovesThroughItsRows) {
   }
 }
 
+TEST(Recordset, ATableWhoseNameBeginsLikeAStatementIsThatTable) {
+  DaoFile given;
+  given.Run("CREATE TABLE [Select List] (A LONG)");
+  given.Run("INSERT INTO [Select List] VALUES (7)");
+  for (const RecordsetType type :
+       {RecordsetType::Table, RecordsetType::Dynaset, RecordsetType::Snapshot}) {
+    SCOPED_TRACE(static_cast<int>(type));
+    const auto rows = given.Rows("select list", type);
+    ASSERT_NE(rows, nullptr);
+    EXPECT_EQ(rows->type(), type);
+    EXPECT_EQ(rows->Get("A").value(), Value(std::int32_t{7}));
+  }
+  EXPECT_EQ(given.Rows("SELECT Name FROM People")->type(), RecordsetType::Dynaset);
+  EXPECT_FALSE(given.db->OpenRecordset("Select Nothing").ok());
+}
+
 TEST(Recordset, IsAtBothEndsWhenThereAreNoRows) {
   for (const char* const source :
        {"SELECT * FROM People WHERE 1=2", "SELECT Count(*) FROM People WHERE 1=2 GROUP BY Age"}) {
