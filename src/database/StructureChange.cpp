@@ -60,6 +60,27 @@ Status CreateIndexes(OpenedDatabase& database, const std::string& table,
   return {};
 }
 
+/// The copy takes every row there is: a rule may be younger than a row that breaks it, and a value
+/// that was left out may be one that is required.
+TableDefinition WithoutRules(TableDefinition definition) {
+  definition.validation_rule.clear();
+  definition.validation_text.clear();
+  for (FieldDefinition& field : definition.fields) {
+    field.required = false;
+    field.allow_zero_length = true;
+    field.validation_rule.clear();
+    field.validation_text.clear();
+  }
+  return definition;
+}
+
+/// What a filled copy has beside its rows.
+Status FinishCopy(OpenedDatabase& database, const TableDefinition& definition,
+                  const std::vector<IndexDefinition>& indexes) {
+  if (Status ruled = database.SetRules(definition.name, definition); !ruled.ok()) return ruled;
+  return CreateIndexes(database, definition.name, indexes);
+}
+
 /// Takes the relationships of `table`, on either side, off.
 Status TakeOffRelations(StructureChange& change, const std::string& table) {
   const Result<std::vector<RelationDefinition>> relations = change.target.Relations();
@@ -107,11 +128,12 @@ Result<SyncEnd> RebuildFields(StructureChange& change, const std::string& table,
   const std::vector<IndexDefinition> indexes = std::exchange(definition.indexes, {});
   const std::vector<ChangedField> changed = ChangeFields(definition, patterns);
 
-  if (const Status made = change.target.CreateTable(definition); !made.ok()) return made.error();
+  const Status made = change.target.CreateTable(WithoutRules(definition));
+  if (!made.ok()) return made.error();
   Result<SyncEnd> copied = FillCopy(change, name, definition.name, changed);
   if (copied.ok() && copied.value() == SyncEnd::Done) {
-    const Status indexed = CreateIndexes(change.target, definition.name, indexes);
-    if (!indexed.ok()) copied = indexed.error();
+    const Status finished = FinishCopy(change.target, definition, indexes);
+    if (!finished.ok()) copied = finished.error();
   }
   if (!copied.ok() || copied.value() == SyncEnd::Stopped) {
     if (!change.target.DeleteTable(definition.name).ok()) change.must_roll_back = true;

@@ -136,6 +136,61 @@ TEST_P(DatabaseContract, ChangesItsStructureOrSaysThatItDoesNot) {
   EXPECT_THAT(Rows("People"), ::testing::SizeIs(4));
 }
 
+TEST_P(DatabaseContract, TakesRulesThatItsRowsBreakAlready) {
+  constexpr int kFaultValueRequired = 3314;
+  TableDefinition table = PeopleTable();
+  if (!GetParam().changes_structure) {
+    ExpectFault(database().SetRules("People", table), kActionNotSupported);
+    return;
+  }
+  ASSERT_TRUE(database().CreateTable(table).ok());
+  {
+    const auto rows = OpenToChange("People");
+    ASSERT_TRUE(rows->AddNew().ok());
+    Set(*rows, "Name", "Ann");
+    ASSERT_TRUE(rows->Update().ok());
+  }
+  table.fields[1].required = true;
+
+  const Status ruled = database().SetRules("PEOPLE", table);
+
+  ASSERT_TRUE(ruled.ok()) << ruled.error().description;
+  const auto found = database().Table("People").value_or(std::nullopt);
+  ASSERT_TRUE(found);
+  EXPECT_TRUE(found->fields[0].required && found->fields[1].required);
+  EXPECT_FALSE(found->fields[2].required);
+  {
+    const auto rows = OpenToChange("People");
+    ASSERT_TRUE(rows->AddNew().ok());
+    Set(*rows, "Name", "Bob");
+    ExpectFault(rows->Update(), kFaultValueRequired);
+  }
+  EXPECT_THAT(Rows("People"), ::testing::ElementsAre("Ann|null|null"));
+  table.fields[1].required = false;
+  EXPECT_TRUE(database().SetRules("People", table).ok());
+  Add("Bob", "Bonn", 2);
+}
+
+TEST_P(DatabaseContract, KeepsATableHidden) {
+  if (!GetParam().changes_structure) return;
+  const std::vector<FieldDefinition> fields = {{.name = "A", .type = FieldType::Long}};
+  ASSERT_TRUE(database().CreateTable({.name = "Shown", .fields = fields}).ok());
+  ASSERT_TRUE(
+      database().CreateTable({.name = "New", .attributes = kTableHidden, .fields = fields}).ok());
+  ASSERT_TRUE(database().RenameTable("New", "Hidden").ok());
+  for (const TableEntry& table : database().Tables().value_or({})) {
+    if (table.name == "Hidden") {
+      EXPECT_EQ(table.attributes & kTableHidden, kTableHidden);
+    }
+    if (table.name == "Shown") {
+      EXPECT_EQ(table.attributes, 0U);
+    }
+  }
+  const auto hidden = database().Table("Hidden").value_or(std::nullopt);
+  ASSERT_TRUE(hidden);
+  EXPECT_EQ(hidden->attributes & kTableHidden, kTableHidden);
+}
+
 TEST_P(DatabaseContract, UndoesChangesOfStructureWithTheirTransaction) {
   if (!GetParam().changes_structure) {
     EXPECT_EQ(database().Relations().number(), kActionNotSupported);

@@ -73,7 +73,13 @@ class OpenedDatabase {
   /// Error: the table takes part in a relation.
   virtual Status DeleteTable(std::string_view name) = 0;
 
-  /// Appends the field; its ordinal position counts when it is above 0. Properties as above.
+  /// Makes the rules of the table and of its fields, which are found by their names, those of
+  /// `definition`: what is required, empty texts, validation. No row is looked at: one that breaks
+  /// them stays as it is. An adapter that changes no structure need not have it.
+  virtual Status SetRules(std::string_view table, const TableDefinition& definition);
+
+  /// Appends the field; its ordinal position, when it is above 0, puts it before the field that had
+  /// it. Properties as above.
   virtual Status AddField(std::string_view table, const FieldDefinition& field) = 0;
   /// Error: the field takes part in an index or relation.
   virtual Status DeleteField(std::string_view table, std::string_view field) = 0;

@@ -151,6 +151,24 @@ Status MemoryDatabase::DeleteTable(std::string_view name) {
   return {};
 }
 
+Status MemoryDatabase::SetRules(std::string_view table, const TableDefinition& definition) {
+  const Result<MemoryTable*> found = Begin("SetRules " + std::string(table), table);
+  if (!found.ok()) return found.error();
+  TableDefinition& own = found.value()->definition;
+  own.validation_rule = definition.validation_rule;
+  own.validation_text = definition.validation_text;
+  for (const FieldDefinition& rules : definition.fields) {
+    const auto position = found.value()->PositionOf(rules.name);
+    if (!position) return EngineFault(kEngineItemNotFound, "Item not found in this collection.");
+    FieldDefinition& field = own.fields[*position];
+    field.required = rules.required;
+    field.allow_zero_length = rules.allow_zero_length;
+    field.validation_rule = rules.validation_rule;
+    field.validation_text = rules.validation_text;
+  }
+  return {};
+}
+
 Status MemoryDatabase::AddField(std::string_view table, const FieldDefinition& field) {
   const Result<MemoryTable*> found = Begin("AddField " + field.name, table);
   if (!found.ok()) return found.error();

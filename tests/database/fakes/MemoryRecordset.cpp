@@ -110,10 +110,20 @@ Status MemoryRecordset::CheckKeys() const {
   return {};
 }
 
+Status MemoryRecordset::CheckRequired() const {
+  for (std::size_t i = 0; i < changed_.size(); ++i) {
+    if (table_.definition.fields.at(i).required && changed_[i].IsNull()) {
+      return Fault(3314, "The field must have a value.");
+    }
+  }
+  return {};
+}
+
 Status MemoryRecordset::Update() {
   const State state = state_;
   if (state == State::Reading) return Fault(3020, "Update without AddNew or Edit.");
   Status saved = world_.Note("Update");
+  if (saved.ok()) saved = CheckRequired();
   if (saved.ok()) saved = CheckKeys();
   state_ = State::Reading;
   if (!saved.ok()) return saved;

@@ -29,6 +29,8 @@ class MemoryRecordset final : public Recordset {
   bool HasRow() const { return !AtEnd() && !deleted_; }
   /// Error: another row has the values of a unique index.
   Status CheckKeys() const;
+  /// Error: a field that is required has no value. The fake knows no other rules.
+  Status CheckRequired() const;
 
   MemoryWorld& world_;
   MemoryTable& table_;

@@ -101,6 +101,11 @@ Status JetDatabase::DeleteTable(std::string_view name) {
   return Told(database_->DeleteTable(name));
 }
 
+Status JetDatabase::SetRules(std::string_view table, const TableDefinition& definition) {
+  return ChangeTable(table,
+                     [&](jet::TableDef& changed) { return zent::SetRules(changed, definition); });
+}
+
 Status JetDatabase::AddField(std::string_view table, const FieldDefinition& field) {
   const Result<jet::Field> made = ToJet(field);
   if (!made.ok()) return Told(made.error());

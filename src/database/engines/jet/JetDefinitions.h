@@ -22,4 +22,7 @@ Result<TableDefinition> FromJet(const jet::TableDef& table);
 /// A new table with its fields, properties and indexes; those that relations make are left out.
 Result<jet::TableDef> ToJet(const TableDefinition& table);
 
+/// Gives a table of a file the rules that `definition` has; no row is looked at.
+Status SetRules(jet::TableDef& table, const TableDefinition& definition);
+
 }  // namespace zent

@@ -33,6 +33,16 @@ class JetEngineTest : public ::testing::Test {
     return std::move(opened.value());
   }
 
+  /// "A B"; empty when there is no such table.
+  static std::string FieldNames(OpenedDatabase& database, const char* table) {
+    std::string names;
+    const auto found = database.Table(table).value_or(std::nullopt).value_or(TableDefinition());
+    for (const FieldDefinition& field : found.fields) {
+      names += (names.empty() ? "" : " ") + field.name;
+    }
+    return names;
+  }
+
   TempFolder folder_;
   std::unique_ptr<jet::Storage> storage_ = HostStorage();
   JetEngine engine_{*storage_, {.user = {.computer = "DESK7", .name = "anna"}}};
@@ -158,6 +168,72 @@ TEST_F(JetEngineTest, InsertsIntoAnotherOpenedDatabaseWithinItsTransaction) {
   EXPECT_TRUE(copied.ok()) << copied.error().description;
   ASSERT_TRUE(to->Rollback().ok());
   EXPECT_TRUE(to->OpenRecordset("T", RecordsetUse::Read).value()->AtEnd());
+}
+
+TEST_F(JetEngineTest, RefusesASizeThatItsFilesCannotHold) {
+  Create("Korvo.mdb");
+  const auto database = Open("Korvo.mdb");
+  ASSERT_TRUE(database->Execute("CREATE TABLE T (A LONG)").ok());
+  for (const std::int32_t size : {256, 65536, 65536 + 50, -1}) {
+    SCOPED_TRACE(size);
+    const FieldDefinition field = {.name = "B", .type = FieldType::Text, .size = size};
+    EXPECT_EQ(database->AddField("T", field).number(), kEngineTextTooLong);
+    EXPECT_EQ(database->CreateTable({.name = "U", .fields = {field}}).number(), kEngineTextTooLong);
+    EXPECT_EQ(FieldNames(*database, "T"), "A");
+    EXPECT_EQ(FieldNames(*database, "U"), "");
+  }
+}
+
+TEST_F(JetEngineTest, PutsAFieldWhereItsOrdinalPositionSays) {
+  struct Case {
+    const char* what;
+    std::int32_t ordinal_position;
+    const char* fields;
+  };
+  constexpr Case kCases[] = {
+      {"none is behind all", 0, "A B C New"},
+      {"before the field that had it", 1, "A New B C"},
+      {"before the last", 2, "A B New C"},
+      {"one beyond the last is behind all", 3, "A B C New"},
+      {"one far beyond, too", 65536 + 1, "A B C New"},
+  };
+  for (const Case& row : kCases) {
+    SCOPED_TRACE(row.what);
+    const std::string name = "Ordinal" + std::to_string(row.ordinal_position) + ".mdb";
+    Create(name.c_str());
+    const auto database = Open(name.c_str());
+    ASSERT_TRUE(database->Execute("CREATE TABLE T (A LONG, B LONG, C LONG)").ok());
+    ASSERT_TRUE(database->Execute("INSERT INTO T (A, B, C) VALUES (1, 2, 3)").ok());
+    const Status added = database->AddField(
+        "T", {.name = "New", .type = FieldType::Long, .ordinal_position = row.ordinal_position});
+    ASSERT_TRUE(added.ok()) << added.error().description;
+    EXPECT_EQ(FieldNames(*database, "T"), row.fields);
+    EXPECT_EQ(database->Execute("DELETE FROM T WHERE A = 1 AND B = 2 AND C = 3").value_or(0), 1);
+  }
+}
+
+TEST_F(JetEngineTest, TakesValidationRulesThatRowsBreakAlready) {
+  Create("Korvo.mdb");
+  const auto database = Open("Korvo.mdb");
+  ASSERT_TRUE(database->Execute("CREATE TABLE T (A LONG, B TEXT(10))").ok());
+  ASSERT_TRUE(database->Execute("INSERT INTO T VALUES (7, '')").ok());
+  TableDefinition table = database->Table("T").value().value();
+  table.validation_rule = "A <> 6";
+  table.fields[0].validation_rule = "< 5";
+  table.fields[0].validation_text = "less than five";
+  table.fields[1].allow_zero_length = false;
+  ASSERT_TRUE(database->SetRules("T", table).ok());
+  const TableDefinition found = database->Table("T").value().value();
+  EXPECT_EQ(found.validation_rule, "A <> 6");
+  EXPECT_EQ(found.fields[0].validation_text, "less than five");
+  EXPECT_FALSE(found.fields[1].allow_zero_length);
+  EXPECT_FALSE(database->Execute("INSERT INTO T VALUES (7, 'x')").ok());
+  EXPECT_TRUE(database->Execute("INSERT INTO T VALUES (4, 'x')").ok());
+  table.fields[0].validation_rule.clear();
+  ASSERT_TRUE(database->SetRules("T", table).ok());
+  EXPECT_TRUE(database->Execute("INSERT INTO T VALUES (7, 'x')").ok());
+  EXPECT_FALSE(database->Execute("INSERT INTO T VALUES (6, 'x')").ok());
+  EXPECT_EQ(database->Execute("DELETE FROM T").value_or(0), 3);
 }
 
 // What is equal, by the key, is what the database holds equal: letters in any case and width.

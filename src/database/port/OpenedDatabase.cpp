@@ -1,0 +1,14 @@
+#include "database/port/OpenedDatabase.h"
+
+#include "base/ErrorNumbers.h"
+#include "database/port/EngineErrors.h"
+
+namespace zent {
+
+Status OpenedDatabase::SetRules(std::string_view /*table*/, const TableDefinition& /*definition*/) {
+  RuntimeError error = StandardError(kActionNotSupported);
+  error.source = kEngineSource;
+  return error;
+}
+
+}  // namespace zent
