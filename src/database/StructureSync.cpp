@@ -11,6 +11,7 @@
 #include "database/DatabaseBackup.h"
 #include "database/InUseCheck.h"
 #include "database/VersionRecord.h"
+#include "driver/run/Messages.h"
 #include "driver/run/PathMacros.h"
 #include "lib/AppSettings.h"
 #include "lib/FuncLib.h"
@@ -90,6 +91,18 @@ void WarnOfIncomplete(UpdateRun& run, const std::string& path, const std::string
   run.Fail("the backup is " + backup);
 }
 
+/// The failure of the core: ErrorOccurred stays clear, as the list of commands goes on.
+void ShowCoreError(UpdateRun& run, const std::string& path, const RuntimeError& error) {
+  run.Ask({.title = {}, .text = ErrorText(std::string(kErrorSynchronizing) + path, error)});
+  run.Fail(ReasonOf(error));
+}
+
+RuntimeError WithBackup(RuntimeError error, const std::string& backup) {
+  if (!error.description.ends_with('.')) error.description += '.';
+  error.description += " The backup is " + backup + ".";
+  return error;
+}
+
 /// From the backup on: nobody else has the database open.
 Result<PairEnd> ChangePair(UpdateRun& run, const DatabasePair& pair, const LookupTopUp& top_up) {
   const std::string& path = pair.database_path;
@@ -99,16 +112,24 @@ Result<PairEnd> ChangePair(UpdateRun& run, const DatabasePair& pair, const Looku
   run.ShowMsg(" ");
   run.ShowMsg("Sync " + path);
   const Result<OpenedPair> opened = OpenPair(run, pair);
-  if (!opened.ok()) return opened.error();
+  if (!opened.ok()) return WithBackup(opened.error(), backup.value());
   const Result<SyncEnd> end = SynchroniseAndClose(run, opened.value(), top_up);
-  if (!end.ok()) run.Report(std::string(kErrorSynchronizing) + path, end.error());
+  if (!end.ok()) ShowCoreError(run, path, end.error());
   if (!end.ok() || end.value() == SyncEnd::Stopped) {
     WarnOfIncomplete(run, path, backup.value());
     return PairEnd::Stopped;
   }
   const Status compacted = CompactDatabase(run, path, opened.value().password);
-  if (!compacted.ok()) return compacted.error();
+  if (!compacted.ok()) return WithBackup(compacted.error(), backup.value());
   return PairEnd::Synchronised;
+}
+
+/// A run that was killed in the compaction had written the version already: what it left is met
+/// here and never again.
+PairEnd EndUpToDate(UpdateRun& run, const std::string& path) {
+  const Status removed = RemoveLeftovers(run, path);
+  if (!removed.ok()) run.Note("left behind beside " + path + ": " + ReasonOf(removed.error()));
+  return PairEnd::UpToDate;
 }
 
 Result<PairEnd> SyncPair(UpdateRun& run, const DatabasePair& pair, const LookupTopUp& top_up) {
@@ -124,12 +145,12 @@ Result<PairEnd> SyncPair(UpdateRun& run, const DatabasePair& pair, const LookupT
   // Who holds a database so that it cannot even be read is asked to close it, as anybody else.
   const bool is_held = IsInUseError(is_up_to_date.number());
   if (!is_up_to_date.ok() && !is_held) return is_up_to_date.error();
-  if (is_up_to_date.value_or(false)) return PairEnd::UpToDate;
+  if (is_up_to_date.value_or(false)) return EndUpToDate(run, path);
   if (!ClaimDatabase(run, path)) return PairEnd::Stopped;
   if (is_held) {
     is_up_to_date = HasVersionOfTemplate(run, pair);
     if (!is_up_to_date.ok()) return is_up_to_date.error();
-    if (is_up_to_date.value()) return PairEnd::UpToDate;
+    if (is_up_to_date.value()) return EndUpToDate(run, path);
   }
   return ChangePair(run, pair, top_up);
 }

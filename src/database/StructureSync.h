@@ -26,7 +26,8 @@ Result<SyncArguments> SyncArgumentsOf(const TokenList& tokens);
 /// installation's own data folder, when that is another folder and has a template.
 ///
 /// Nobody may have a database open meanwhile. An error is told in a box and sets ErrorOccurred. A
-/// database that is missing or in use, and a stop by the user, are told and recorded as failed.
+/// database that is missing or in use, an error of the core, and a stop by the user, are told and
+/// recorded as failed.
 Status SynchroniseStructure(UpdateRun& run, const TokenList& tokens, const LookupTopUp& top_up);
 
 }  // namespace zent

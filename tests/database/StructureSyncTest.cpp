@@ -6,6 +6,7 @@
 namespace zent {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
@@ -96,6 +97,23 @@ TEST(SynchroniseStructure, ADatabaseOfTheTemplatesVersionIsNotTouchedNotEvenBack
   EXPECT_THAT(given.machine.files.log().changes(), IsEmpty());
   EXPECT_THAT(given.access.world.calls, Not(Contains("BeginTransaction")));
   EXPECT_EQ(record.outcome, Outcome::Skipped);
+}
+
+TEST(SynchroniseStructure, TakesAwayWhatAKilledCompactionLeft) {
+  constexpr const char* kTemporary = R"(D:\Data\Korvo.mdb_tmp)";
+  for (const bool is_held : {false, true}) {
+    SyncRun given;
+    given.database().Find("version")->rows = {{"3.6"}};
+    given.machine.files.PutFile(kTemporary, "left");
+    if (is_held) given.machine.files.HoldOpen(kTemporary);
+
+    const CommandRecord record = given.Sync();
+
+    EXPECT_EQ(given.machine.files.Exists(kTemporary), is_held);
+    EXPECT_EQ(record.outcome, Outcome::Skipped);
+    EXPECT_EQ(record.reason.find("left behind") != std::string::npos, is_held);
+    EXPECT_THAT(given.window.boxes, IsEmpty());
+  }
 }
 
 TEST(SynchroniseStructure, ADatabaseWithoutAVersionDiffersFromEveryTemplate) {
@@ -198,7 +216,7 @@ TEST(SynchroniseStructure, NoToTheQuestionLeavesItUncompactedAndNamesTheBackup) 
   EXPECT_FALSE(given.run.state.ErrorOccurred);
 }
 
-TEST(SynchroniseStructure, AnErrorOfTheCoreIsReportedAndTheBackupNamed) {
+TEST(SynchroniseStructure, AnErrorOfTheCoreIsShownAndTheBackupNamed) {
   SyncRun given;
   given.access.world.failures["CreateTable"] = {.number = 61, .description = "Disk full"};
 
@@ -208,8 +226,9 @@ TEST(SynchroniseStructure, AnErrorOfTheCoreIsReportedAndTheBackupNamed) {
                                               "Description: Disk full\r\nNumber: 61",
                                               kWarning));
   EXPECT_THAT(given.access.compactions, IsEmpty());
-  EXPECT_TRUE(given.run.state.ErrorOccurred);
+  EXPECT_FALSE(given.run.state.ErrorOccurred) << "the list of commands goes on";
   EXPECT_EQ(record.outcome, Outcome::Failed);
+  EXPECT_THAT(record.reason, AllOf(HasSubstr("Disk full (61)"), HasSubstr(kSyncBackup)));
 }
 
 struct ErrorCase {
@@ -219,7 +238,11 @@ struct ErrorCase {
   const char* file_call;
   const char* world_call;
   bool is_changed;
+  const char* shown = "Trouble\r\n";  ///< the end of the description
 };
+
+constexpr const char* kTroubleWithBackup =
+    "Trouble. The backup is D:\\Data\\Korvo 2006-05-04 03-02-01.mdb.\r\n";
 
 TEST(SynchroniseStructure, AnErrorOutsideTheCoreIsOneBoxAndTheDatabaseIsWhole) {
   const RuntimeError damaged{.number = 3049, .description = "Trouble"};
@@ -233,13 +256,15 @@ TEST(SynchroniseStructure, AnErrorOutsideTheCoreIsOneBoxAndTheDatabaseIsWhole) {
        {good, good, good, good, good, good, damaged},
        nullptr,
        nullptr,
-       false},
-      {"a disk that fills during the compaction", {}, nullptr, "Compact", true},
+       false,
+       kTroubleWithBackup},
+      {"a disk that fills during the compaction", {}, nullptr, "Compact", true, kTroubleWithBackup},
       {"a compacted file that cannot be put in place",
        {},
-       "Copy D:\\Data\\Korvo.mdb_tmp",
+       "Replace D:\\Data\\Korvo.mdb_tmp",
        nullptr,
-       true},
+       true,
+       kTroubleWithBackup},
   };
   for (const ErrorCase& row : cases) {
     SCOPED_TRACE(row.what);
@@ -253,7 +278,7 @@ TEST(SynchroniseStructure, AnErrorOutsideTheCoreIsOneBoxAndTheDatabaseIsWhole) {
     ASSERT_EQ(given.window.boxes.size(), 1U);
     EXPECT_THAT(given.window.boxes[0],
                 StartsWith("Error synchronizing DataBase D:\\Data\\Korvo.mdb\r\nDescription: "));
-    EXPECT_THAT(given.window.boxes[0], HasSubstr("Trouble\r\nNumber: 3049"));
+    EXPECT_THAT(given.window.boxes[0], HasSubstr(std::string(row.shown) + "Number: 3049"));
     EXPECT_TRUE(given.run.state.ErrorOccurred);
     EXPECT_EQ(given.database().Find("Added") != nullptr, row.is_changed);
     EXPECT_EQ(given.machine.files.Contents(kSyncDatabase), "database");

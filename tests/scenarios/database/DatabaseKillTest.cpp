@@ -93,6 +93,10 @@ TEST_P(KilledDatabaseRun, LeavesTheDatabaseAsBeforeOrAfterAndIsMadeGoodByTheNext
     EXPECT_THAT(given.machine.Run(), StartsWith("0\n"));
     EXPECT_EQ(given.machine.Rows(row.query), row.after);
     EXPECT_EQ(given.machine.Faults(given.machine.Korvo()), "");
+    for (const std::filesystem::directory_entry& entry :
+         std::filesystem::directory_iterator(given.machine.DataFolder())) {
+      EXPECT_EQ(entry.path().filename().string().find("_tmp"), std::string::npos) << entry.path();
+    }
   }
 }
 
