@@ -26,12 +26,12 @@ Result<std::int64_t> CountRows(OpenedDatabase& database, const std::string& tabl
 }
 
 /// The rows of each table that the database keeps itself, in its order.
-Result<RowCounts> CountAllRows(UpdateRun& run, OpenedDatabase& database) {
+Result<RowCounts> CountAllRows(OpenedDatabase& database) {
   const Result<std::vector<TableEntry>> tables = database.Tables();
   if (!tables.ok()) return tables.error();
   RowCounts counts;
   for (const TableEntry& table : tables.value()) {
-    if (IsSystemTable(run, database, table) || IsLinkedTable(run, database, table)) continue;
+    if (IsSystemTable(table) || IsLink(table)) continue;
     const Result<std::int64_t> count = CountRows(database, table.name);
     if (!count.ok()) return count.error();
     counts.emplace_back(table.name, count.value());
@@ -43,7 +43,7 @@ Result<RowCounts> RowsOf(UpdateRun& run, const std::string& path, OpenRequest& r
   const Result<DatabasePtr> opened = OpenDatabase(run, path, request);
   if (!opened.ok()) return opened.error();
   if (opened.value() == nullptr) return StandardError(kObjectNotSet);
-  return CountAllRows(run, *opened.value());
+  return CountAllRows(*opened.value());
 }
 
 RuntimeError About(const std::string& backup, RuntimeError error) {
@@ -70,8 +70,11 @@ Result<std::string> BackUpDatabase(UpdateRun& run, const std::string& path) {
   if (const Status copied = run.platform.files.Copy(path, backup); !copied.ok()) {
     return About(backup, copied.error());
   }
-  if (const Status checked = CheckBackup(run, path, backup); !checked.ok()) return checked.error();
-  return backup;
+  const Status checked = CheckBackup(run, path, backup);
+  if (checked.ok()) return backup;
+  // Nobody shall take it for a backup.
+  if (!run.platform.files.Delete(backup).ok()) run.Warn("left behind: " + backup);
+  return checked.error();
 }
 
 }  // namespace zent

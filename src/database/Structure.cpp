@@ -81,12 +81,19 @@ bool FieldExists(UpdateRun& run, const DatabaseArgument& database, const TableAr
 
 bool IsLinkedTable(UpdateRun& run, const DatabaseArgument& database, const TableArgument& table) {
   if (run.database.kind == kSQLServer) return false;
-  return (AttributesOrNone(run, database, table) & (kTableAttached | kTableAttachedOdbc)) != 0;
+  return IsLink({.name = {}, .attributes = AttributesOrNone(run, database, table)});
 }
 
 bool IsSystemTable(UpdateRun& run, const DatabaseArgument& database, const TableArgument& table) {
-  const std::uint32_t attributes = AttributesOrNone(run, database, table);
-  return (attributes & kTableSystem) != 0 || attributes == kTableSystemOfEngine;
+  return IsSystemTable({.name = {}, .attributes = AttributesOrNone(run, database, table)});
+}
+
+bool IsLink(const TableEntry& table) {
+  return (table.attributes & (kTableAttached | kTableAttachedOdbc)) != 0;
+}
+
+bool IsSystemTable(const TableEntry& table) {
+  return (table.attributes & kTableSystem) != 0 || table.attributes == kTableSystemOfEngine;
 }
 
 Status RenameTable(UpdateRun& run, const DatabaseArgument& database, std::string_view old_name,

@@ -56,11 +56,15 @@ bool FieldExists(UpdateRun& run, const DatabaseArgument& database, const TableAr
 bool IsLinkedTable(UpdateRun& run, const DatabaseArgument& database, const TableArgument& table);
 bool IsSystemTable(UpdateRun& run, const DatabaseArgument& database, const TableArgument& table);
 
+/// The same of a table that a list has told of; a link counts whatever the database kind.
+bool IsLink(const TableEntry& table);
+bool IsSystemTable(const TableEntry& table);
+
 enum class TableData { Leave, Copy };
 
 /// Copies a table that `source` has and `target` has not, with its fields, their properties and its
 /// indexes, and its rows if asked for. `target_path` is the target's file. A table of either kind
-/// of link becomes one of the database's own.
+/// of link becomes one of the database's own; an error where the engine does not tell its fields.
 Status CopyTable(UpdateRun& run, const DatabaseArgument& source, const DatabaseArgument& target,
                  const TableArgument& table, std::string_view target_path, TableData data);
 

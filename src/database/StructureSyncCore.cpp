@@ -3,13 +3,16 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/CaseFold.h"
 #include "base/Text.h"
+#include "database/SQLFuncs.h"
 #include "database/Structure.h"
 
 namespace zent {
@@ -68,19 +71,37 @@ class Synchronisation {
     return end;
   }
 
+  /// Once: each table of the template is looked up before it is made.
+  Status ListTarget() {
+    Result<std::vector<TableEntry>> tables = target_.Tables();
+    if (!tables.ok()) return tables.error();
+    for (TableEntry& table : tables.value()) {
+      std::string key = FoldName(table.name);
+      present_.emplace(std::move(key), std::move(table));
+    }
+    return {};
+  }
+
+  bool IsLinkedInTarget(const TableEntry& table) const {
+    if (run_.database.kind == kSQLServer) return false;
+    const auto found = present_.find(FoldName(table.name));
+    return found != present_.end() && IsLink(found->second);
+  }
+
   Result<SyncEnd> SyncTables() {
     const Result<std::vector<TableEntry>> tables = source_.Tables();
     if (!tables.ok()) return tables.error();
+    if (const Status listed = ListTarget(); !listed.ok()) return listed.error();
     std::size_t number = 0;
     for (const TableEntry& table : tables.value()) {
       ++number;
-      if (IsSystemTable(run_, source_, table)) {
+      if (IsSystemTable(table)) {
         run_.ShowMsg("Skipping " + table.name + " (system table)");
         continue;
       }
       run_.ShowMsg(
           fmt::format("Checking {} ({} of {})", table.name, number, tables.value().size()));
-      if (IsLinkedTable(run_, target_, table)) {
+      if (IsLink(table) || IsLinkedInTarget(table)) {
         run_.ShowMsg("Skipping linked table. (" + table.name + ")");
         continue;
       }
@@ -96,7 +117,7 @@ class Synchronisation {
       version_table_ = table;
       return SyncEnd::Done;
     }
-    if (TableExists(run_, target_, table)) return SyncFields(table);
+    if (present_.contains(FoldName(table))) return SyncFields(table);
     const Status copied =
         CopyTable(run_, source_, target_, table, target_.Name(), TableData::Leave);
     if (!copied.ok()) return copied.error();
@@ -125,7 +146,9 @@ class Synchronisation {
       Result<SyncEnd> rebuilt = RebuildFields(change_, table, differing);
       if (!rebuilt.ok() || rebuilt.value() == SyncEnd::Stopped) return rebuilt;
     }
-    for (const FieldDefinition& field : missing) {
+    for (FieldDefinition& field : missing) {
+      // Behind the others: what counts the positions of the fields that were there stays right.
+      field.ordinal_position = 0;
       const Status added = CopyField(run_, target_, table, field);
       if (!added.ok()) return added.error();
     }
@@ -137,8 +160,9 @@ class Synchronisation {
   OpenedDatabase& target_;
   const LookupTopUp& top_up_;
   StructureChange change_;
-  std::string synchronised_;                  ///< the tables that were not skipped
-  std::optional<std::string> version_table_;  ///< as the template spells it
+  std::map<std::string, TableEntry> present_;  ///< the target's tables at first, by folded name
+  std::string synchronised_;                   ///< the tables that were not skipped
+  std::optional<std::string> version_table_;   ///< as the template spells it
 };
 
 }  // namespace

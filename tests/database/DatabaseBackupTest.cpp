@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "database/DatabaseBackup.h"
 #include "database/fakes/DatabaseRun.h"
 
@@ -76,6 +78,8 @@ TEST(BackUpDatabase, ACopyThatIsNotWholeIsAnError) {
     const Result<std::string> backup = BackUpDatabase(given.run, kPath);
     EXPECT_EQ(backup.number(), kDeviceIoError);
     EXPECT_THAT(backup.error().description, HasSubstr(kBackup));
+    EXPECT_FALSE(given.machine.files.Exists(kBackup)) << "nobody takes it for a backup";
+    EXPECT_EQ(given.machine.files.Contents(kPath), "database");
   }
 }
 
@@ -86,6 +90,26 @@ TEST(BackUpDatabase, ACopyThatDoesNotOpenIsAnErrorThatNamesIt) {
   const Result<std::string> backup = BackUpDatabase(given.run, kPath);
   EXPECT_EQ(backup.number(), 3049);
   EXPECT_EQ(backup.error().description, R"(Backup D:\Data\Korvo 2006-05-04 03-02-01.mdb: damaged)");
+}
+
+TEST(BackUpDatabase, TellsOfACopyThatIsNotWholeAndStays) {
+  BackupRun given;
+  given.access.failures = {{.number = 0, .description = {}},
+                           {.number = 3049, .description = "damaged"}};
+  given.machine.files.log().FailWhere("Delete", {.number = 70, .description = "Denied"});
+  given.run.BeginCommand({.line = 1, .keyword = "stdf"});
+  EXPECT_EQ(BackUpDatabase(given.run, kPath).number(), 3049);
+  given.run.EndCommand();
+  EXPECT_EQ(given.observer.records[0].outcome, Outcome::Warned);
+  EXPECT_THAT(given.observer.records[0].reason, HasSubstr(kBackup));
+}
+
+TEST(BackUpDatabase, ListsTheTablesOfEachDatabaseOnce) {
+  BackupRun given;
+  for (int i = 0; i < 50; ++i) given.access.Put(kPath).Add("T" + std::to_string(i), {"A"});
+  EXPECT_TRUE(BackUpDatabase(given.run, kPath).ok());
+  const std::vector<std::string>& calls = given.access.world.calls;
+  EXPECT_EQ(std::count(calls.begin(), calls.end(), "Tables"), 2);
 }
 
 TEST(BackUpDatabase, ADiskThatFillsIsAnErrorThatNamesTheBackup) {

@@ -132,6 +132,44 @@ TEST(SynchroniseTables, RowsThatAreCopiedNeedNoValueOfAFieldThatIsNew) {
             std::find(calls.begin(), calls.end(), "AddField New"));
 }
 
+TEST(SynchroniseTables, ARebuiltTableKeepsRowsThatBreakItsRulesAndTheRules) {
+  CoreRun given;
+  given.database().Add("T", {"A", "B"}, {{"1", FieldValue()}});
+  given.pattern().Add("T", {"A", "B"});
+  given.pattern().Find("T")->definition.fields[0].size = 80;
+  TableDefinition& old = given.database().Find("T")->definition;
+  old.validation_rule = "A < 5";
+  old.fields[1].required = true;
+  old.fields[1].allow_zero_length = false;
+  old.fields[1].validation_rule = "Is Not Null";
+  old.fields[1].validation_text = "B is wanted";
+  const TableDefinition before = old;
+
+  given.Synchronise();
+
+  EXPECT_THAT(given.database().Describe(), ElementsAre("T: A 10 80, B 10 50", "  1|"));
+  const TableDefinition& after = given.database().Find("T")->definition;
+  EXPECT_EQ(after.fields[1], before.fields[1]);
+  EXPECT_EQ(after.validation_rule, before.validation_rule);
+  EXPECT_THAT(given.window.boxes, IsEmpty());
+}
+
+TEST(SynchroniseTables, AValueOfARequiredFieldThatIsLeftOutLeavesTheRow) {
+  CoreRun given;
+  given.database().Add("T", {"A", "B"}, {{"1", "x"}, {"many", "y"}});
+  given.pattern().Add("T", {"A", "B"});
+  FieldDefinition& number = given.pattern().Find("T")->definition.fields[0];
+  number = Field("A", FieldType::Long, 4);
+  number.required = true;
+  given.window.answers = {Answer::Yes};
+
+  given.Synchronise();
+
+  EXPECT_THAT(given.database().Describe(), ElementsAre("T: A 4 4, B 10 50", "  1|x", "  |y"));
+  EXPECT_TRUE(given.database().Find("T")->definition.fields[0].required);
+  EXPECT_THAT(given.window.boxes, ElementsAre(StartsWith("Error copying field.")));
+}
+
 TEST(SynchroniseTables, ATableOfTheNameOfTheCopyIsNotTouched) {
   CoreRun given;
   given.database().Add("T", {"A"}, {{"1"}});
@@ -206,6 +244,35 @@ TEST(SynchroniseTables, ALinkedTableIsReportedAndSkippedEvenWhenTheTemplatesDiff
                 ElementsAre("Checking Mail (1 of 1)", "Skipping linked table. (Mail)"));
     EXPECT_THAT(given.database().Describe(), ElementsAre("Mail: A 10 50"));
   }
+}
+
+TEST(SynchroniseTables, ALinkedTableOfTheTemplateIsSkippedToo) {
+  for (const std::uint32_t link : {kTableAttached, kTableAttachedOdbc}) {
+    CoreRun given;
+    given.database().Add("Present", {"A"});
+    for (const char* name : {"Mail", "Present"}) {
+      given.pattern().Add(name, {}).definition.attributes = link;
+    }
+    given.pattern().Add("Zebra", {"A"});
+    given.Synchronise();
+    EXPECT_THAT(given.messages(),
+                ElementsAre("Checking Mail (1 of 3)", "Skipping linked table. (Mail)",
+                            "Checking Present (2 of 3)", "Skipping linked table. (Present)",
+                            "Checking Zebra (3 of 3)"));
+    EXPECT_THAT(given.database().Describe(), ElementsAre("Present: A 10 50", "Zebra: A 10 50"));
+  }
+}
+
+TEST(SynchroniseTables, ReadsTheListsOfTablesOnce) {
+  CoreRun given;
+  for (int i = 0; i < 50; ++i) {
+    for (MemoryTables* tables : {&given.database(), &given.pattern()}) {
+      tables->Add("T" + std::to_string(i), {"A"});
+    }
+  }
+  given.Synchronise();
+  const std::vector<std::string>& calls = given.access.world.calls;
+  EXPECT_EQ(std::count(calls.begin(), calls.end(), "Tables"), 2);
 }
 
 TEST(SynchroniseTables, TheVersionTableAlwaysComesFromTheTemplateAndLast) {
@@ -306,6 +373,7 @@ TEST(SynchroniseTables, AfterAnErrorNoTableStandsBetweenTwoStates) {
   constexpr FailureCase kCases[] = {
       {"the copy cannot be made", "CreateTable Ttmp", true},
       {"a row cannot be saved", "Update", true},
+      {"the rules cannot be set", "SetRules", true},
       {"an index cannot be made", "CreateIndex", true},
       {"the old table stays", "DeleteTable T", false},
       {"the copy keeps its name", "RenameTable", false},

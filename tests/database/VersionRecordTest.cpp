@@ -43,6 +43,18 @@ TEST(ReadVersionRecord, IsTheFieldVersionOfTheFirstRow) {
   }
 }
 
+TEST(ReadVersionRecord, ALinkIsNoRecordOfTheDatabaseItself) {
+  for (const std::uint32_t link : {kTableAttached, kTableAttachedOdbc}) {
+    DatabaseRun given;
+    given.access.Put(kPath).Add("version", {"Version"}, {{"3.6"}}).definition.attributes = link;
+    given.access.world.failures["OpenRecordset"] = {.number = 3078, .description = "no fields"};
+    const DatabasePtr database = std::move(OpenDatabase(given.run, kPath).value());
+    const Result<std::optional<std::string>> version = ReadVersionRecord(given.run, *database);
+    ASSERT_TRUE(version.ok());
+    EXPECT_EQ(version.value(), std::nullopt);
+  }
+}
+
 TEST(ReadVersionRecord, HandsBackWhatKeepsItFromReading) {
   DatabaseRun given;
   given.access.Put(kPath).Add("version", {"Version"}, {{"3.6"}});
