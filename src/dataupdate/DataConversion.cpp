@@ -10,7 +10,10 @@ void Conversion::Section(std::string_view heading, const std::function<void()>& 
   const bool begun = next.After(korvo.BeginTransaction());
   section();
   links_.reset();
-  if (begun) next.After(korvo.Commit());
+  if (!begun || next.After(korvo.Commit())) return;
+  // A server's transaction is open still, and the next section wants one of its own. What cannot be
+  // rolled back now is when it is closed.
+  if (korvo.InTransaction()) static_cast<void>(korvo.Rollback().ok());
 }
 
 void Conversion::ForEachRow(OpenedDatabase& database, std::string_view rows_of, RecordsetUse use,

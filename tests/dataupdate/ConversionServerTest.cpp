@@ -98,5 +98,21 @@ TEST(ConversionOfAServer, LooksForAnAliasAsItIsWritten) {
   EXPECT_THAT(server.given.window.boxes, IsEmpty());
 }
 
+TEST(ConversionOfAServer, LosesNoSectionButTheOneThatCannotBeCommitted) {
+  ServerConversion server;
+  server.tables().Add("Aliases", {"Name", "Alias"});
+  server.old_tables().Add("Aliases", {"Name", "Alias"}, {{"William", "Will"}});
+  server.given.server.world.failures["Commit"] = StandardError(kDeviceIoError);
+
+  AddAliases(server.conversion);
+  EXPECT_TRUE(server.tables().Find("Aliases")->rows.empty());
+  EXPECT_FALSE(server.korvo.InTransaction());
+  server.given.server.world.failures.clear();
+  AddAliases(server.conversion);
+
+  EXPECT_EQ(server.tables().Find("Aliases")->rows.size(), 1U);
+  EXPECT_THAT(server.given.window.boxes, ::testing::SizeIs(1));
+}
+
 }  // namespace
 }  // namespace zent
