@@ -53,7 +53,7 @@ std::vector<RowPointer> CopiedRows(std::size_t count) {
   return rows;
 }
 
-constexpr std::size_t kLongestName = 64 * 3;  // bytes: 64 units of UTF-16
+constexpr std::size_t kLongestName = std::size_t{64} * 3;  // bytes: 64 units of UTF-16
 
 /// A statement begins with its keyword; a table's name may, too.
 bool LooksLikeStatement(std::string_view source) {

@@ -33,7 +33,7 @@ Status MemoryWorld::Note(const std::string& call, const std::string& database) {
   calls.push_back(call);
   if (on_call) on_call(call);
   for (const std::string& what : {call, call.substr(0, call.find(' '))}) {
-    for (const std::string& key : {what, database + ": " + what}) {
+    for (const std::string& key : {what, std::string(database).append(": ").append(what)}) {
       const auto failure = failures.find(key);
       if (failure != failures.end()) return failure->second;
     }

@@ -11,6 +11,7 @@ namespace {
 /// Entries of those heads; `at` tells where each one came.
 std::vector<KeyEntry> EntriesOf(const std::vector<std::uint64_t>& heads) {
   std::vector<KeyEntry> entries;
+  entries.reserve(heads.size());
   for (const std::uint64_t head : heads) {
     entries.push_back({.head = head,
                        .at = static_cast<std::uint32_t>(entries.size()),

@@ -83,7 +83,8 @@ TEST_P(Transactions, ThatTheServerRolledBackTakeNothingMore) {
 SQLRETURN SQL_API RefuseCommits(SQLSMALLINT type, SQLHANDLE handle, SQLSMALLINT how) {
   if (how == SQL_COMMIT) return SQL_ERROR;
   const Result<std::unique_ptr<OdbcCalls>> calls = LoadOdbc();
-  return calls.ok() ? calls.value()->end_tran(type, handle, how) : SQL_ERROR;
+  if (!calls.ok()) return SQL_ERROR;
+  return calls.value()->end_tran(type, handle, how);
 }
 
 /// The system's calls, of which none lets each change be saved alone.
@@ -91,8 +92,8 @@ SQLRETURN SQL_API RefuseAutoCommit(SQLHDBC connection, SQLINTEGER attribute, SQL
                                    SQLINTEGER length) {
   if (attribute == SQL_ATTR_AUTOCOMMIT && value == AsPointer(SQL_AUTOCOMMIT_ON)) return SQL_ERROR;
   const Result<std::unique_ptr<OdbcCalls>> calls = LoadOdbc();
-  return calls.ok() ? calls.value()->set_connect_attr(connection, attribute, value, length)
-                    : SQL_ERROR;
+  if (!calls.ok()) return SQL_ERROR;
+  return calls.value()->set_connect_attr(connection, attribute, value, length);
 }
 
 /// An environment over the system's calls, some of them replaced.
