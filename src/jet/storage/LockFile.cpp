@@ -22,6 +22,11 @@ constexpr std::uint64_t kOurLocks = 0x70000000;   // + slot: outside of all of J
 constexpr int kEnterAttempts = 20;
 constexpr std::chrono::milliseconds kEnterPause{10};
 
+// Our programs hold slots without a mark for the moment in which they leave, and one that leaves
+// between two questions looks so; a program of another kind holds its slot as long as it runs.
+constexpr int kForeignLooks = 20;
+constexpr std::chrono::milliseconds kForeignPause{10};
+
 constexpr std::uint64_t EntryOffset(int slot) {
   return static_cast<std::uint64_t>(slot - 1) * kEntrySize;
 }
@@ -60,6 +65,21 @@ Result<bool> IsForeign(StoredFile& file, int slot) {
   std::vector<int> ours;
   if (Status asked = FindLocked(file, kOurLocks, slot, 1, ours); !asked.ok()) return asked.error();
   return ours.empty();
+}
+
+/// Of `slots`, those that are taken and have no mark of ours at this moment.
+Result<std::vector<int>> WithoutMark(StoredFile& file, const std::vector<int>& slots) {
+  std::vector<int> found;
+  for (const int slot : slots) {
+    const Result<bool> foreign = IsForeign(file, slot);
+    if (!foreign.ok()) return foreign.error();
+    // Asked last: who leaves gives back the slot before the mark.
+    if (!foreign.value()) continue;
+    if (Status taken = FindLocked(file, kSlotLocks, slot, 1, found); !taken.ok()) {
+      return taken.error();
+    }
+  }
+  return found;
 }
 
 std::string NameIn(ByteView field) {
@@ -203,13 +223,14 @@ LockFile::~LockFile() {
 Result<std::vector<User>> LockFile::Users() { return UsersIn(*file_, slot_); }
 
 Result<bool> LockFile::HasForeignUser() {
-  const Result<std::vector<int>> slots = OtherSlots(*file_, slot_);
-  if (!slots.ok()) return slots.error();
-  for (const int slot : slots.value()) {
-    Result<bool> foreign = IsForeign(*file_, slot);
-    if (!foreign.ok() || foreign.value()) return foreign;
+  Result<std::vector<int>> slots = OtherSlots(*file_, slot_);
+  if (slots.ok()) slots = WithoutMark(*file_, slots.value());
+  for (int look = 1; look < kForeignLooks && slots.ok() && !slots.value().empty(); ++look) {
+    storage_.Pause(kForeignPause);
+    slots = WithoutMark(*file_, slots.value());
   }
-  return false;
+  if (!slots.ok()) return slots.error();
+  return !slots.value().empty();
 }
 
 }  // namespace zent::jet

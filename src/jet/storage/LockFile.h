@@ -47,7 +47,8 @@ class LockFile {
   int slot() const { return slot_; }
   /// Everyone, ourselves included, by slot.
   Result<std::vector<User>> Users();
-  /// Whether a program that does not take part in our locks has a slot.
+  /// Whether a program that does not take part in our locks has a slot, and keeps it for 200 ms:
+  /// our own look like one while they leave. Without such a slot the answer comes at once.
   Result<bool> HasForeignUser();
 
  private:

@@ -110,6 +110,38 @@ TEST(LockFile, StaysWhileAProgramOfAnotherKindIsThere) {
   EXPECT_TRUE(storage.Has("a.ldb"));
 }
 
+TEST(LockFile, TakesNoOneForAProgramOfAnotherKindWhoLeaves) {
+  MemoryStorage storage;
+  const auto one = EnterAs(storage, "ANNA");
+  ASSERT_TRUE(one.ok());
+  // Who leaves holds all other slots, to see whether he is alone.
+  const auto leaving = storage.Open("a.ldb", Sharing::Shared);
+  ASSERT_TRUE(leaving.ok());
+  ASSERT_TRUE(leaving.value()->TryLock(0x10000002, 254, true).value_or(false));
+  int looks = 0;
+  storage.on_pause = [&] {
+    if (++looks == 3) {
+      EXPECT_TRUE(leaving.value()->Unlock(0x10000002, 254).ok());
+    }
+  };
+  EXPECT_FALSE(one.value()->HasForeignUser().value_or(true));
+  EXPECT_EQ(looks, 3);
+}
+
+TEST(LockFile, DoesNotAddUpThoseWhoLeaveOneAfterTheOther) {
+  MemoryStorage storage;
+  const auto one = EnterAs(storage, "ANNA");
+  const auto leaving = storage.Open("a.ldb", Sharing::Shared);
+  ASSERT_TRUE(one.ok() && leaving.ok());
+  std::uint64_t slot = 0x10000002;
+  ASSERT_TRUE(leaving.value()->TryLock(slot, 1, true).value_or(false));
+  storage.on_pause = [&] {
+    EXPECT_TRUE(leaving.value()->Unlock(slot, 1).ok());
+    EXPECT_TRUE(leaving.value()->TryLock(++slot, 1, true).value_or(false));
+  };
+  EXPECT_FALSE(one.value()->HasForeignUser().value_or(true));
+}
+
 TEST(LockFile, SaysWhyItCannotBeMade) {
   MemoryStorage storage;
   storage.ForbidWriting();
