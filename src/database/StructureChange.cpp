@@ -74,10 +74,12 @@ TableDefinition WithoutRules(TableDefinition definition) {
   return definition;
 }
 
-/// What a filled copy has beside its rows.
-Status FinishCopy(OpenedDatabase& database, const TableDefinition& definition,
-                  const std::vector<IndexDefinition>& indexes) {
+/// What a filled copy of `table` has beside its rows. The rows alone do not tell which numbers were
+/// given out: the last ones may be deleted.
+Status FinishCopy(OpenedDatabase& database, const std::string& table,
+                  const TableDefinition& definition, const std::vector<IndexDefinition>& indexes) {
   if (Status ruled = database.SetRules(definition.name, definition); !ruled.ok()) return ruled;
+  if (Status taken = database.TakeCounter(definition.name, table); !taken.ok()) return taken;
   return CreateIndexes(database, definition.name, indexes);
 }
 
@@ -132,7 +134,7 @@ Result<SyncEnd> RebuildFields(StructureChange& change, const std::string& table,
   if (!made.ok()) return made.error();
   Result<SyncEnd> copied = FillCopy(change, name, definition.name, changed);
   if (copied.ok() && copied.value() == SyncEnd::Done) {
-    const Status finished = FinishCopy(change.target, definition, indexes);
+    const Status finished = FinishCopy(change.target, name, definition, indexes);
     if (!finished.ok()) copied = finished.error();
   }
   if (!copied.ok() || copied.value() == SyncEnd::Stopped) {

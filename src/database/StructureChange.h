@@ -32,9 +32,9 @@ Status RestoreRelations(StructureChange& change);
 
 /// Gives the fields of `table` in the target that `patterns` name the definitions that they have
 /// there, with all rows: a copy of the table with those fields is filled row by row and takes the
-/// table's place with its rules and indexes, also where a row breaks a rule. A value that does not
-/// fit is asked about; when the user goes on it is left out. When stopped, or after an error, the
-/// table is as it was.
+/// table's place with its rules, indexes and counter, also where a row breaks a rule. A value that
+/// does not fit is asked about; when the user goes on it is left out. When stopped, or after an
+/// error, the table is as it was.
 Result<SyncEnd> RebuildFields(StructureChange& change, const std::string& table,
                               const std::vector<FieldDefinition>& patterns);
 

@@ -154,6 +154,18 @@ TEST(SynchroniseTables, ARebuiltTableKeepsRowsThatBreakItsRulesAndTheRules) {
   EXPECT_THAT(given.window.boxes, IsEmpty());
 }
 
+TEST(SynchroniseTables, ARebuiltTableTakesTheCounterBeforeTheOldOneGoes) {
+  CoreRun given;
+  given.database().Add("T", {"A"}, {{"1"}});
+  given.pattern().Add("T", {"A"});
+  given.pattern().Find("T")->definition.fields[0].size = 80;
+  given.Synchronise();
+  const std::vector<std::string>& calls = given.access.world.calls;
+  const auto taken = std::find(calls.begin(), calls.end(), "TakeCounter Ttmp < T");
+  ASSERT_NE(taken, calls.end());
+  EXPECT_LT(taken, std::find(calls.begin(), calls.end(), "DeleteTable T"));
+}
+
 TEST(SynchroniseTables, AValueOfARequiredFieldThatIsLeftOutLeavesTheRow) {
   CoreRun given;
   given.database().Add("T", {"A", "B"}, {{"1", "x"}, {"many", "y"}});
@@ -374,6 +386,7 @@ TEST(SynchroniseTables, AfterAnErrorNoTableStandsBetweenTwoStates) {
       {"the copy cannot be made", "CreateTable Ttmp", true},
       {"a row cannot be saved", "Update", true},
       {"the rules cannot be set", "SetRules", true},
+      {"its counter cannot be taken over", "TakeCounter", true},
       {"an index cannot be made", "CreateIndex", true},
       {"the old table stays", "DeleteTable T", false},
       {"the copy keeps its name", "RenameTable", false},

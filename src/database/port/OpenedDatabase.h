@@ -78,6 +78,11 @@ class OpenedDatabase {
   /// them stays as it is. An adapter that changes no structure need not have it.
   virtual Status SetRules(std::string_view table, const TableDefinition& definition);
 
+  /// Makes the numbers that the database gives to new rows of `table` go on where those of the
+  /// table `from` do, when both number the field of the same name: a row that was deleted from one
+  /// keeps its number in the other. An adapter that changes no structure need not have it.
+  virtual Status TakeCounter(std::string_view table, std::string_view from);
+
   /// Appends the field; its ordinal position, when it is above 0, puts it before the field that had
   /// it. Properties as above.
   virtual Status AddField(std::string_view table, const FieldDefinition& field) = 0;

@@ -28,6 +28,21 @@ Status EraseNew(std::vector<Item>& items, const ItemKey& key) {
   return {};
 }
 
+/// The column whose numbers the table counts; null when it has none.
+const ColumnDefinition* CountedColumn(const TableDefinition& table) {
+  const auto found =
+      std::find_if(table.columns.begin(), table.columns.end(), [](const ColumnDefinition& column) {
+        return column.IsAutoNumber() && column.type == ColumnType::Long;
+      });
+  return found == table.columns.end() ? nullptr : &*found;
+}
+
+bool CountTheSame(const TableDefinition& one, const TableDefinition& other) {
+  const ColumnDefinition* const column = CountedColumn(one);
+  const ColumnDefinition* const partner = CountedColumn(other);
+  return column != nullptr && partner != nullptr && SameName(column->name, partner->name);
+}
+
 }  // namespace
 
 Result<Table*> TableDef::Open() const {
@@ -181,6 +196,20 @@ Status TableDef::SetFieldProperty(const ItemKey& field, const Property& property
     one.properties = std::move(set.properties);
   }
   return {};
+}
+
+Status TableDef::TakeCounter(const TableDef& from) {
+  if (Status local = CheckLocal(); !local.ok()) return local;
+  return database_->core_->Change([&]() -> Status {
+    const Result<Table*> counted = from.Open();
+    if (!counted.ok()) return counted.status();
+    const Result<Table*> own = Open();
+    if (!own.ok()) return own.status();
+    if (!CountTheSame(counted.value()->definition(), own.value()->definition())) return {};
+    const Result<std::int32_t> last = counted.value()->store().LastAutoNumber();
+    if (!last.ok()) return last.status();
+    return own.value()->store().SetLastAutoNumber(last.value());
+  });
 }
 
 }  // namespace zent::jet

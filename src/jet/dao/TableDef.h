@@ -68,6 +68,9 @@ class TableDef {
   /// Of the table, or of the field; kItemNotFound when there is no such field.
   Status SetProperty(const Property& property);
   Status SetFieldProperty(const ItemKey& field, const Property& property);
+  /// Of two tables of one database: the numbers of new rows go on where those of `from` do. Nothing
+  /// when they do not number the field of the same name.
+  Status TakeCounter(const TableDef& from);
 
  private:
   friend class Database;

@@ -77,6 +77,10 @@ Result<std::int32_t> TableStore::LastAutoNumber() {
   return static_cast<std::int32_t>(number.value());
 }
 
+Status TableStore::SetLastAutoNumber(std::int32_t number) {
+  return WriteCounter(AutoNumberOffset(table_.version), static_cast<std::uint32_t>(number));
+}
+
 Result<Value> TableStore::Field(ByteView row, std::size_t position, PageNumber page) {
   const Result<RowView> view = RowView::Open(table_, row, page);
   if (!view.ok()) return view.error();

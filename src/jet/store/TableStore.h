@@ -74,6 +74,8 @@ class TableStore {
   /// The counters, as the file has them now.
   Result<std::uint32_t> RowCount();
   Result<std::int32_t> LastAutoNumber();
+  /// The next number is the one after `number`; within a transaction, as a change.
+  Status SetLastAutoNumber(std::int32_t number);
 
   /// One value, or all, of a row that RowScan or RowStore found on `page`.
   Result<Value> Field(ByteView row, std::size_t position, PageNumber page);

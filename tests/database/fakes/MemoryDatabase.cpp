@@ -169,6 +169,14 @@ Status MemoryDatabase::SetRules(std::string_view table, const TableDefinition& d
   return {};
 }
 
+Status MemoryDatabase::TakeCounter(std::string_view table, std::string_view from) {
+  const Result<MemoryTable*> found =
+      Begin("TakeCounter " + std::string(table) + " < " + std::string(from), table);
+  if (!found.ok()) return found.error();
+  if (tables().Find(from) != nullptr) return {};
+  return EngineFault(kEngineNoSuchTable, "Cannot find table.");
+}
+
 Status MemoryDatabase::AddField(std::string_view table, const FieldDefinition& field) {
   const Result<MemoryTable*> found = Begin("AddField " + field.name, table);
   if (!found.ok()) return found.error();

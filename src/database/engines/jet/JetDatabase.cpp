@@ -106,6 +106,13 @@ Status JetDatabase::SetRules(std::string_view table, const TableDefinition& defi
                      [&](jet::TableDef& changed) { return zent::SetRules(changed, definition); });
 }
 
+Status JetDatabase::TakeCounter(std::string_view table, std::string_view from) {
+  const Result<jet::TableDef> counted = database_->FindTableDef(from);
+  if (!counted.ok()) return Told(counted.error());
+  return ChangeTable(table,
+                     [&](jet::TableDef& changed) { return changed.TakeCounter(counted.value()); });
+}
+
 Status JetDatabase::AddField(std::string_view table, const FieldDefinition& field) {
   const Result<jet::Field> made = ToJet(field);
   if (!made.ok()) return Told(made.error());

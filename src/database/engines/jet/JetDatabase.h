@@ -37,6 +37,7 @@ class JetDatabase final : public OpenedDatabase {
   Status RenameTable(std::string_view name, std::string_view new_name) override;
   Status DeleteTable(std::string_view name) override;
   Status SetRules(std::string_view table, const TableDefinition& definition) override;
+  Status TakeCounter(std::string_view table, std::string_view from) override;
   Status AddField(std::string_view table, const FieldDefinition& field) override;
   Status DeleteField(std::string_view table, std::string_view field) override;
   Status CreateIndex(std::string_view table, const IndexDefinition& index) override;

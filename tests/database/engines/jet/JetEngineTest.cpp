@@ -236,6 +236,60 @@ TEST_F(JetEngineTest, TakesValidationRulesThatRowsBreakAlready) {
   EXPECT_EQ(database->Execute("DELETE FROM T").value_or(0), 3);
 }
 
+/// Two tables, and the number that the second one gives after it has taken the first one's counter.
+struct CounterCase {
+  const char* what;
+  const char* from;  ///< its fields
+  const char* into;
+  const char* next;
+};
+
+constexpr CounterCase kCounterCases[] = {
+    {"the one behind the last that was given", "Id COUNTER, A LONG", "Id COUNTER, A LONG",
+     "Id = 4"},
+    {"of a field in any case", "Id COUNTER, A LONG", "A LONG, ID COUNTER", "Id = 4"},
+    {"another field is another matter", "Id COUNTER, A LONG", "Nr COUNTER, A LONG", "Nr = 2"},
+    {"a table that counts nothing", "Id LONG, A LONG", "Id COUNTER, A LONG", "Id = 2"},
+};
+
+TEST_F(JetEngineTest, TakesACounterOver) {
+  for (const CounterCase& row : kCounterCases) {
+    SCOPED_TRACE(row.what);
+    const std::string name = "Counter" + std::to_string(&row - kCounterCases) + ".mdb";
+    Create(name.c_str());
+    const auto database = Open(name.c_str());
+    for (const std::string& statement :
+         {std::string("CREATE TABLE T (") + row.from + ")",
+          std::string("CREATE TABLE U (") + row.into + ")",
+          std::string("INSERT INTO T (A) VALUES (1)"), std::string("INSERT INTO T (A) VALUES (2)"),
+          std::string("INSERT INTO T (A) VALUES (3)"), std::string("DELETE FROM T WHERE A > 1"),
+          std::string("INSERT INTO U (A) VALUES (1)")}) {
+      ASSERT_TRUE(database->Execute(statement).ok()) << statement;
+    }
+
+    const Status taken = database->TakeCounter("u", "T");
+
+    ASSERT_TRUE(taken.ok()) << taken.error().description;
+    ASSERT_TRUE(database->Execute("INSERT INTO U (A) VALUES (2)").ok());
+    EXPECT_EQ(
+        database->Execute(std::string("DELETE FROM U WHERE A = 2 AND ") + row.next).value_or(0), 1);
+  }
+}
+
+TEST_F(JetEngineTest, TakesACounterWithinItsTransaction) {
+  Create("Korvo.mdb");
+  const auto database = Open("Korvo.mdb");
+  ASSERT_TRUE(database->Execute("CREATE TABLE T (Id COUNTER, A LONG)").ok());
+  ASSERT_TRUE(database->Execute("CREATE TABLE U (Id COUNTER, A LONG)").ok());
+  ASSERT_TRUE(database->Execute("INSERT INTO T (A) VALUES (1)").ok());
+  EXPECT_EQ(database->TakeCounter("U", "Nowhere").number(), kEngineItemNotFound);
+  ASSERT_TRUE(database->BeginTransaction().ok());
+  ASSERT_TRUE(database->TakeCounter("U", "T").ok());
+  ASSERT_TRUE(database->Rollback().ok());
+  ASSERT_TRUE(database->Execute("INSERT INTO U (A) VALUES (1)").ok());
+  EXPECT_EQ(database->Execute("DELETE FROM U WHERE Id = 1").value_or(0), 1);
+}
+
 // What is equal, by the key, is what the database holds equal: letters in any case and width.
 TEST_F(JetEngineTest, GivesOneKeyToTextsThatAreEqual) {
   Create("Korvo.mdb");
