@@ -60,7 +60,7 @@ class Synchronisation {
   Result<SyncEnd> SyncAll() {
     Result<SyncEnd> end = SyncTables();
     if (!end.ok() || end.value() == SyncEnd::Stopped) return end;
-    if (FindIgnoringCase(synchronised_, kLookupTable) != std::string::npos && top_up_) {
+    if (is_lookup_synchronised_ && top_up_) {
       const Result<std::size_t> added = top_up_(run_, source_, target_);
       if (!added.ok()) return added.error();
     }
@@ -107,7 +107,7 @@ class Synchronisation {
       }
       Result<SyncEnd> end = SyncTable(table.name);
       if (!end.ok() || end.value() == SyncEnd::Stopped) return end;
-      synchronised_ += table.name + ",";
+      if (SameName(table.name, kLookupTable)) is_lookup_synchronised_ = true;
     }
     return SyncEnd::Done;
   }
@@ -161,8 +161,10 @@ class Synchronisation {
   const LookupTopUp& top_up_;
   StructureChange change_;
   std::map<std::string, TableEntry> present_;  ///< the target's tables at first, by folded name
-  std::string synchronised_;                   ///< the tables that were not skipped
-  std::optional<std::string> version_table_;   ///< as the template spells it
+  /// "lookup" anywhere in the names of the tables that were not skipped calls for the items; but
+  /// where the table itself was skipped or is missing, nothing can be read or nothing be added.
+  bool is_lookup_synchronised_ = false;
+  std::optional<std::string> version_table_;  ///< as the template spells it
 };
 
 }  // namespace

@@ -21,7 +21,8 @@ bool NeedsRebuild(const FieldDefinition& field, const FieldDefinition& pattern);
 
 /// Brings the structure of `target`, an Access file, up to that of `source`, as one transaction:
 /// tables and fields that it lacks are added, fields that differ are rebuilt with their data, the
-/// table `version` comes with its rows, and missing items of `Lookup` are added.
+/// table `version` comes with its rows, and missing items of `Lookup` are added where both files
+/// have that table themselves: no link to one elsewhere.
 ///
 /// Stopped by the user or by an error, what was done until then is kept, unless a table stood
 /// between two states: then nothing was changed. The version goes over last, so that a database

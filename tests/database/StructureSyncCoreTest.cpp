@@ -308,7 +308,7 @@ TEST(SynchroniseTables, LookupItemsAreAddedWhenItsTableWasSynchronised) {
   const LookupCase cases[] = {
       {"the table", "Lookup", 0, true},
       {"in any case", "LOOKUP", 0, true},
-      {"anywhere in the list", "MyLookups", 0, true},
+      {"a name that only holds it", "MyLookups", 0, false},
       {"a linked one was skipped", "Lookup", kTableAttached, false},
       {"another table", "Companies", 0, false},
   };

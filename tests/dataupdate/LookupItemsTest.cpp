@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "database/DBFuncs.h"
+#include "database/StructureSyncCore.h"
+#include "database/fakes/DatabaseRun.h"
 #include "dataupdate/DatabaseMachine.h"
 #include "dataupdate/LookupItems.h"
 #include "jet/format/JetErrors.h"
@@ -9,8 +12,11 @@ namespace zent {
 namespace {
 
 using testing::DatabaseMachine;
+using testing::DatabaseRun;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using testing::MemoryTable;
+using testing::MemoryTables;
 using ::testing::UnorderedElementsAre;
 
 constexpr const char* kTable =
@@ -112,6 +118,54 @@ TEST(UpdateLookupItems, NamesATableThatIsMissing) {
   DatabaseMachine machine;
   EXPECT_EQ(UpdateLookupItems(machine.run, *machine.source, *machine.korvo).number(),
             jet::kNoSuchTable);
+}
+
+/// What the template and the database have under the name `Lookup`, beside another table whose name
+/// begins so: nothing, or a table with these attributes.
+struct SyncCase {
+  const char* what;
+  std::optional<std::uint32_t> pattern;
+  std::optional<std::uint32_t> database;
+  std::size_t rows;  ///< of the database's table afterwards
+};
+
+TEST(UpdateLookupItems, IsNotAskedForByOtherTablesAlone) {
+  const SyncCase cases[] = {
+      {"both have one", 0, 0, 2},
+      {"the database gets one", 0, std::nullopt, 1},
+      {"neither has one", std::nullopt, std::nullopt, 0},
+      {"the template has none", std::nullopt, 0, 1},
+      {"the template's is a link", kTableAttached, 0, 1},
+      {"the database's is a link", 0, kTableAttached, 1},
+      {"the database's is a link to a server", 0, kTableAttachedOdbc, 1},
+  };
+  const std::vector<std::string> fields = {"LookupFieldName", "LookupValue", "LookupDesc",
+                                           "DisplayOrder"};
+  for (const SyncCase& row : cases) {
+    SCOPED_TRACE(row.what);
+    DatabaseRun given;
+    MemoryTables& pattern = given.PutDatabase(DatabaseMachine::kSource);
+    MemoryTables& database = given.PutDatabase(DatabaseMachine::kKorvo);
+    pattern.Add("LookupTypes", {"A"});
+    database.Add("LookupTypes", {"A"});
+    if (row.pattern) {
+      pattern.Add("Lookup", fields, {{"City", "Ulm", "", "1"}}).definition.attributes =
+          *row.pattern;
+    }
+    if (row.database) {
+      database.Add("Lookup", fields, {{"City", "Bonn", "", "2"}}).definition.attributes =
+          *row.database;
+    }
+    const DatabasePtr source = std::move(OpenDatabase(given.run, DatabaseMachine::kSource).value());
+    const DatabasePtr target = std::move(OpenDatabase(given.run, DatabaseMachine::kKorvo).value());
+
+    const Result<SyncEnd> end = SynchroniseTables(given.run, *source, *target, UpdateLookupItems);
+
+    ASSERT_TRUE(end.ok()) << end.error().description;
+    EXPECT_EQ(end.value(), SyncEnd::Done);
+    const MemoryTable* const lookup = database.Find("Lookup");
+    EXPECT_EQ(lookup == nullptr ? 0U : lookup->rows.size(), row.rows);
+  }
 }
 
 }  // namespace
