@@ -77,4 +77,10 @@ Result<std::string> BackUpDatabase(UpdateRun& run, const std::string& path) {
   return checked.error();
 }
 
+RuntimeError WithBackup(RuntimeError error, const std::string& backup) {
+  if (!error.description.ends_with('.')) error.description += '.';
+  error.description += " The backup is " + backup + ".";
+  return error;
+}
+
 }  // namespace zent

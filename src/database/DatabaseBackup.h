@@ -13,4 +13,7 @@ namespace zent {
 /// copy that is not whole is deleted.
 Result<std::string> BackUpDatabase(UpdateRun& run, const std::string& path);
 
+/// An error of what came after that, which tells where the backup is, too.
+RuntimeError WithBackup(RuntimeError error, const std::string& backup);
+
 }  // namespace zent

@@ -97,12 +97,6 @@ void ShowCoreError(UpdateRun& run, const std::string& path, const RuntimeError& 
   run.Fail(ReasonOf(error));
 }
 
-RuntimeError WithBackup(RuntimeError error, const std::string& backup) {
-  if (!error.description.ends_with('.')) error.description += '.';
-  error.description += " The backup is " + backup + ".";
-  return error;
-}
-
 /// From the backup on: nobody else has the database open.
 Result<PairEnd> ChangePair(UpdateRun& run, const DatabasePair& pair, const LookupTopUp& top_up) {
   const std::string& path = pair.database_path;

@@ -108,7 +108,8 @@ Status UpdateFile(UpdateRun& run, const UpdateDocument& document, const std::str
   if (!ClaimDatabase(run, path)) return {};
   const Result<std::string> backup = BackUpDatabase(run, path);
   if (!backup.ok()) return backup.error();
-  return ChangeDatabase(run, document, path);
+  Status changed = ChangeDatabase(run, document, path);
+  return changed.ok() ? changed : WithBackup(changed.error(), backup.value());
 }
 
 void ShowServerScript(UpdateRun& run, const UpdateDocument& document) {
