@@ -5,6 +5,7 @@
 #include "database/Credentials.h"
 #include "database/DBFuncs.h"
 #include "database/SQLFuncs.h"
+#include "driver/run/Messages.h"
 #include "lib/FuncLib.h"
 
 namespace zent {
@@ -67,7 +68,7 @@ Result<DatabasePtr> LoginAgain(UpdateRun& run, std::string& connect_text) {
   if (opened.ok()) {
     NoteUnlessStored(run, StoreServerLogin(run.platform, entered));
   } else {
-    run.Note("the login was refused");
+    run.Note("the server was not opened: " + MaskPasswords(ReasonOf(opened.error())));
   }
   return opened;
 }

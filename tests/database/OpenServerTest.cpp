@@ -142,6 +142,34 @@ TEST(KVOOpenSQLServerDB, TellsNothingOfALoginThatIsRefusedTheThirdTime) {
   EXPECT_EQ(given.run.database.kind, kSQLServer);
 }
 
+struct LastFailureCase {
+  const char* what;
+  EngineErrors errors;
+  const char* recorded;
+};
+
+TEST(KVOOpenSQLServerDB, RecordsWhyTheLastLoginFailed) {
+  const LastFailureCase cases[] = {
+      {"refused", Refused(18456), "the server was not opened: Login failed. (18456)"},
+      {"no server any more",
+       {{.number = 17, .description = "No server for DSN=Korvo;PWD=wrong;", .source = "ODBC"}},
+       "the server was not opened: No server for DSN=Korvo;********** (17)"},
+  };
+  for (const LastFailureCase& row : cases) {
+    SCOPED_TRACE(row.what);
+    DatabaseRun given;
+    given.server.failures = {Refused(18456), Refused(18456), row.errors};
+    given.window.texts = {"anna", "wrong"};
+    std::string connect = "DSN=Korvo;";
+    given.run.BeginCommand({.line = 1, .keyword = "upddb"});
+    EXPECT_EQ(KVOOpenSQLServerDB(given.run, connect), nullptr);
+    given.run.EndCommand();
+    ASSERT_EQ(given.observer.records.size(), 1U);
+    EXPECT_EQ(given.observer.records[0].reason, row.recorded);
+    EXPECT_THAT(given.window.boxes, IsEmpty());
+  }
+}
+
 TEST(KVOOpenSQLServerDB, RunsTheLoginTogetherWithATextThatDoesNotEndWithASemicolon) {
   DatabaseRun given;
   StoreLogin(given, "sa", "x");
