@@ -56,11 +56,37 @@ TEST(ReadVersionRecord, ALinkIsNoRecordOfTheDatabaseItself) {
 }
 
 TEST(ReadVersionRecord, HandsBackWhatKeepsItFromReading) {
-  DatabaseRun given;
-  given.access.Put(kPath).Add("version", {"Version"}, {{"3.6"}});
-  given.access.world.failures["OpenRecordset"] = {.number = 3112, .description = "no right"};
-  const DatabasePtr database = std::move(OpenDatabase(given.run, kPath).value());
-  EXPECT_EQ(ReadVersionRecord(given.run, *database).number(), 3112);
+  for (const char* call : {"Tables", "OpenRecordset"}) {
+    SCOPED_TRACE(call);
+    DatabaseRun given;
+    given.access.Put(kPath).Add("version", {"Version"}, {{"3.6"}});
+    const DatabasePtr database = std::move(OpenDatabase(given.run, kPath).value());
+    given.access.world.failures[call] = {.number = 3112, .description = "no right"};
+    EXPECT_EQ(ReadVersionRecord(given.run, *database).number(), 3112);
+  }
+}
+
+struct ServerCase {
+  const char* what;
+  const char* table;
+  std::optional<std::string> version;
+};
+
+TEST(ReadVersionRecord, AServerIsAskedForTheTableItself) {
+  const ServerCase cases[] = {
+      {"a table, or another name of one that no list has", "version", "3.6"},
+      {"no such table", "versions", std::nullopt},
+  };
+  for (const ServerCase& row : cases) {
+    SCOPED_TRACE(row.what);
+    DatabaseRun given;
+    given.server.world.databases["server"].Add(row.table, {"Version"}, {{"3.6"}});
+    given.server.world.failures["Tables"] = {.number = 3112, .description = "no right"};
+    const DatabasePtr database = std::move(OpenDatabase(given.run, "DSN=Korvo;").value());
+    const Result<std::optional<std::string>> version = ReadVersionRecord(given.run, *database);
+    ASSERT_TRUE(version.ok()) << version.error().description;
+    EXPECT_EQ(version.value(), row.version);
+  }
 }
 
 }  // namespace
