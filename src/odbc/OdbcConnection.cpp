@@ -11,6 +11,7 @@ namespace zent::odbc {
 namespace {
 
 constexpr std::size_t kCompletedUnits = 2048;
+constexpr std::string_view kSqlServer = "Microsoft SQL Server";
 
 }  // namespace
 
@@ -54,7 +55,14 @@ Result<std::unique_ptr<OdbcConnection>> OdbcConnection::Open(OdbcSession session
   Result<ServerFacts> facts = ReadServerFacts(own, made->handle_);
   if (!facts.ok()) return facts.error();
   made->facts_ = std::move(facts.value());
+  made->HaveRowsCounted();
   return made;
+}
+
+/// SQL Server has an option for all its users to keep the numbers of changed rows to itself. Where
+/// this cannot be had, what needs such a number says so.
+void OdbcConnection::HaveRowsCounted() {
+  if (facts_.dbms_name == kSqlServer) static_cast<void>(Execute("SET NOCOUNT OFF").ok());
 }
 
 bool OdbcConnection::lost() const { return session_->lost; }
@@ -105,15 +113,30 @@ Result<OdbcStatement> OdbcConnection::NewStatement(Reading reading) {
   return OdbcStatement(*session_, std::move(handle.value()), reading);
 }
 
-Result<std::int64_t> OdbcConnection::Execute(std::string_view sql,
-                                             std::span<const OdbcParameter> values) {
+Result<std::optional<std::int64_t>> OdbcConnection::Run(std::string_view sql,
+                                                        std::span<const OdbcParameter> values) {
   Result<OdbcStatement> statement = NewStatement(Reading::Streamed);
   if (!statement.ok()) return statement.error();
   if (Status run = statement.value().Execute(sql, values); !run.ok()) return run.error();
-  const std::int64_t rows = statement.value().rows_affected();
+  const std::optional<std::int64_t> rows = statement.value().rows_affected();
   // A batch may still fail in one of its later statements.
   if (Status ended = statement.value().Finish(); !ended.ok()) return ended.error();
   return rows;
+}
+
+Result<std::int64_t> OdbcConnection::Execute(std::string_view sql,
+                                             std::span<const OdbcParameter> values) {
+  const Result<std::optional<std::int64_t>> rows = Run(sql, values);
+  if (!rows.ok()) return rows.error();
+  return rows.value().value_or(0);
+}
+
+Result<std::int64_t> OdbcConnection::ExecuteCounted(std::string_view sql,
+                                                    std::span<const OdbcParameter> values) {
+  const Result<std::optional<std::int64_t>> rows = Run(sql, values);
+  if (!rows.ok()) return rows.error();
+  if (rows.value()) return *rows.value();
+  return EngineError(kCallFailed, "The server does not tell how many rows were changed.");
 }
 
 Result<OdbcStatement> OdbcConnection::Query(std::string_view sql,

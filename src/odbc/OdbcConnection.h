@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -43,6 +44,9 @@ class OdbcConnection {
   /// Runs a statement to its end, results and all; the rows affected, 0 where the server tells
   /// none.
   Result<std::int64_t> Execute(std::string_view sql, std::span<const OdbcParameter> values = {});
+  /// The same where the number matters: kCallFailed when the server tells none.
+  Result<std::int64_t> ExecuteCounted(std::string_view sql,
+                                      std::span<const OdbcParameter> values = {});
 
   /// Runs a statement that gives rows, and is to be fetched from; kCallFailed when it gives none.
   Result<OdbcStatement> Query(std::string_view sql, std::span<const OdbcParameter> values = {},
@@ -54,6 +58,9 @@ class OdbcConnection {
 
  private:
   OdbcConnection(OdbcSession session, OdbcHandle handle);
+  void HaveRowsCounted();
+  Result<std::optional<std::int64_t>> Run(std::string_view sql,
+                                          std::span<const OdbcParameter> values);
   Status SetAutoCommit(bool on);
   Status End(std::int16_t how);
 

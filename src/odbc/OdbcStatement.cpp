@@ -56,9 +56,11 @@ Status OdbcStatement::Ask(const std::function<std::int16_t(void* statement)>& as
 
 /// Takes the counts up to the first result with columns. SQL_NO_DATA of a change: no row matched.
 Status OdbcStatement::Settle(std::int16_t code) {
-  if (code == SQL_NO_DATA) return {};
+  if (code == SQL_NO_DATA) {
+    rows_affected_ = 0;
+    return {};
+  }
   if (Status run = session_->Check(handle_, code); !run.ok()) return run;
-  bool counted = false;
   while (true) {
     SQLSMALLINT count = 0;
     const SQLRETURN told = session_->calls.num_result_cols(handle_.get(), &count);
@@ -66,8 +68,7 @@ Status OdbcStatement::Settle(std::int16_t code) {
     if (count > 0) return Describe(count);
     SQLLEN rows = -1;
     session_->calls.row_count(handle_.get(), &rows);
-    if (!counted && rows >= 0) rows_affected_ = rows;
-    counted = counted || rows >= 0;
+    if (!rows_affected_ && rows >= 0) rows_affected_ = rows;
     const SQLRETURN more = session_->calls.more_results(handle_.get());
     if (more == SQL_NO_DATA) return {};
     if (Status next = session_->Check(handle_, more); !next.ok()) return next;

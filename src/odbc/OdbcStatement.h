@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -44,8 +45,8 @@ class OdbcStatement {
   /// A question to the catalogue; `ask` makes the call with the statement's handle.
   Status Ask(const std::function<std::int16_t(void* statement)>& ask);
 
-  /// Rows that were inserted, updated or deleted; 0 where the server tells none.
-  std::int64_t rows_affected() const { return rows_affected_; }
+  /// Rows that were inserted, updated or deleted; nothing where the server tells none.
+  std::optional<std::int64_t> rows_affected() const { return rows_affected_; }
   /// The columns of the first result that has some; empty when none has.
   const std::vector<OdbcColumn>& columns() const { return columns_; }
 
@@ -73,7 +74,7 @@ class OdbcStatement {
   OdbcHandle handle_;
   std::vector<OdbcColumn> columns_;
   std::vector<OdbcValue> row_;  ///< what has been read of the present row
-  std::int64_t rows_affected_ = 0;
+  std::optional<std::int64_t> rows_affected_;
   bool on_row_ = false;
 };
 

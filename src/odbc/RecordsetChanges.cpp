@@ -146,7 +146,7 @@ Status OdbcRecordset::ChangeIfAlone(const RowChange& change) {
 /// changed passes at most one of them.
 Status OdbcRecordset::RunChange(const RowChange& change) {
   const Result<std::int64_t> rows =
-      connection_.Execute(change.statement.text, change.statement.values);
+      connection_.ExecuteCounted(change.statement.text, change.statement.values);
   if (!rows.ok()) return rows.status();
   if (rows.value() == 1) return {};
   if (rows.value() > 1) return CannotTell("Several rows are alike.");
