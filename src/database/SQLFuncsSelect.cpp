@@ -1,4 +1,5 @@
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 #include "base/Text.h"
@@ -34,8 +35,9 @@ std::string RenameDateColumn(std::string column) {
 
 std::string RenameDateColumns(std::string_view columns) {
   std::string renamed;
+  bool is_first = true;
   for (const std::string& column : Split(columns, ",")) {
-    if (!renamed.empty()) renamed += ",";
+    if (!std::exchange(is_first, false)) renamed += ",";
     renamed += RenameDateColumn(column);
   }
   return renamed;

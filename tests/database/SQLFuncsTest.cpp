@@ -61,6 +61,9 @@ constexpr NamedCase kNamedCases[] = {
      "DateAdd('m', 1, D)"},
     {"a pattern", "WHERE Name LIKE 'A*'", "WHERE Name LIKE 'A%'", "WHERE Name LIKE 'A%'"},
     {"a count", "SELECT Count(*) FROM T", "SELECT Count(*) FROM T", "SELECT Count(*) FROM T"},
+    {"a comma that a UNION's list of columns begins with, here in quotes",
+     "SELECT' ,A' FROM T UNION SELECT B FROM U", "SELECT' ,A' FROM T UNION SELECT B FROM U",
+     "SELECT' ,A' FROM T UNION SELECT B FROM U"},
     {"=Null at the end", "WHERE X =Null", "WHERE X =Null", "WHERE X =Null"},
 };
 
