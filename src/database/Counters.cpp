@@ -18,7 +18,7 @@ namespace zent {
 namespace {
 
 constexpr std::size_t kPrefixLength = 2;
-constexpr char kMainSite = '0';
+constexpr std::string_view kMainSite = "0";
 
 struct KeyedTable {
   std::string_view name;  ///< in small letters
@@ -42,9 +42,9 @@ const KeyedTable* FindKeyedTable(std::string_view lower_name) {
 }
 
 /// Characters that the serial takes at `site`.
-std::size_t SerialLength(char site) { return site == kMainSite ? 8 : 7; }
+std::size_t SerialLength(std::string_view site) { return site == kMainSite ? 8 : 7; }
 
-std::string Key(std::string_view prefix, char site, double serial) {
+std::string Key(std::string_view prefix, std::string_view site, double serial) {
   const std::string digits = fmt::format("{:0{}.0f}", serial, SerialLength(site));
   std::string key(prefix);
   if (site != kMainSite) key += site;
@@ -57,12 +57,12 @@ std::string_view LastCharacters(std::string_view text, std::size_t count) {
 }
 
 /// The digit of this site, "0" when none is kept.
-Result<char> SiteOf(UpdateRun& run, OpenedDatabase& database) {
+Result<std::string> SiteOf(UpdateRun& run, OpenedDatabase& database) {
   const Result<std::optional<CounterRow>> row = ReadCounter(run, database, "SiteID");
   if (!row.ok()) return row.error();
-  if (!row.value()) return kMainSite;
+  if (!row.value()) return std::string(kMainSite);
   const std::string_view count = TrimBlanks(row.value()->count);
-  return count.empty() ? kMainSite : count.front();
+  return std::string(count.empty() ? kMainSite : FirstCharacters(count, 1));
 }
 
 /// Draws a key; an empty one when the table has no counter and gets none.
@@ -70,7 +70,7 @@ Result<std::string> DrawKey(UpdateRun& run, OpenedDatabase& database, const std:
   // Another program may draw the same key first: then its key is the last one, and so on. Each turn
   // that is lost is a key that somebody else got.
   constexpr int kTurns = 1000;
-  const Result<char> site = SiteOf(run, database);
+  const Result<std::string> site = SiteOf(run, database);
   if (!site.ok()) return site.error();
   for (int turn = 0; turn < kTurns; ++turn) {
     const Result<std::optional<CounterRow>> row = ReadCounter(run, database, table);
@@ -101,12 +101,12 @@ std::string KeyFieldPrefix(std::string_view table) {
   return keyed == nullptr ? std::string() : std::string(keyed->prefix);
 }
 
-std::string NextKey(std::string_view last, char site) {
+std::string NextKey(std::string_view last, std::string_view site) {
   const double serial = LeadingNumber(LastCharacters(last, SerialLength(site))) + 1;
   return Key(FirstCharacters(last, kPrefixLength), site, serial);
 }
 
-std::string FirstKey(std::string_view table, char site) {
+std::string FirstKey(std::string_view table, std::string_view site) {
   return Key(KeyFieldPrefix(table), site, 1);
 }
 

@@ -14,13 +14,13 @@ namespace zent {
 /// without keys.
 std::string KeyFieldPrefix(std::string_view table);
 
-/// The key behind `last`, the one handed out before, at `site`. It keeps the first two characters
-/// of `last`. The serial is padded, never cut: CM99999999 is followed by CM100000000, eleven
-/// characters.
-std::string NextKey(std::string_view last, char site);
+/// The key behind `last`, the one handed out before, at `site`, which is one character. It keeps
+/// the first two characters of `last`. The serial is padded, never cut: CM99999999 is followed by
+/// CM100000000, eleven characters.
+std::string NextKey(std::string_view last, std::string_view site);
 
 /// The first key of a table at `site`.
-std::string FirstKey(std::string_view table, char site);
+std::string FirstKey(std::string_view table, std::string_view site);
 
 /// Draws the next key of `table` and keeps it as handed out. Without a counter companies,
 /// reminders, emailslinked and mlinkinfo get one; for every other table there is no key then.

@@ -63,21 +63,21 @@ TEST(KeyFieldPrefix, NamesTheTablesWithKeys) {
 struct KeyCase {
   const char* what;
   const char* last;
-  char site;
+  const char* site;
   const char* next;
 };
 
 constexpr KeyCase kKeyCases[] = {
-    {"the main site", "CM00000099", '0', "CM00000100"},
-    {"another site", "CM30000099", '3', "CM30000100"},
-    {"the largest serial grows by a digit", "CM99999999", '0', "CM100000000"},
-    {"the largest serial of a site grows by a digit", "CM39999999", '3', "CM310000000"},
-    {"the stored prefix is kept", "XY00000001", '0', "XY00000002"},
-    {"the site's digit takes the place of what was there", "CM00000041", '3', "CM30000042"},
-    {"the digit of another site counts at the main one", "CM30000041", '0', "CM30000042"},
-    {"a short key", "CM7", '0', "CM00000001"},
-    {"no number", "CMABCDEFGH", '0', "CM00000001"},
-    {"an empty key", "", '0', "00000001"},
+    {"the main site", "CM00000099", "0", "CM00000100"},
+    {"another site", "CM30000099", "3", "CM30000100"},
+    {"the largest serial grows by a digit", "CM99999999", "0", "CM100000000"},
+    {"the largest serial of a site grows by a digit", "CM39999999", "3", "CM310000000"},
+    {"the stored prefix is kept", "XY00000001", "0", "XY00000002"},
+    {"the site's digit takes the place of what was there", "CM00000041", "3", "CM30000042"},
+    {"the digit of another site counts at the main one", "CM30000041", "0", "CM30000042"},
+    {"a short key", "CM7", "0", "CM00000001"},
+    {"no number", "CMABCDEFGH", "0", "CM00000001"},
+    {"an empty key", "", "0", "00000001"},
 };
 
 TEST(NextKey, AddsOneToTheSerial) {
@@ -122,6 +122,7 @@ const SiteCase kSiteCases[] = {
     {"a blank value is site 0", "   ", "CM30000100"},
     {"a null is site 0", {}, "CM30000100"},
     {"site 5 takes over", "5", "CM50000100"},
+    {"a character of several bytes is not cut", "\u00C4 7", "CM\u00C40000100"},
 };
 
 TEST(GetNextNumber, BuildsTheSiteIntoTheKey) {
@@ -236,7 +237,7 @@ TEST(GetNextNumber, NeverGivesAKeyThatAnotherProgramDrew) {
   std::vector<std::string> theirs;
   given.server.world.on_call = [&](const std::string& call) {
     if (!call.starts_with("Execute") || theirs.size() >= 3) return;
-    theirs.push_back(NextKey(given.counters().Text(0, "CurCount"), '0'));
+    theirs.push_back(NextKey(given.counters().Text(0, "CurCount"), "0"));
     given.counters().rows[0][1] = theirs.back();
   };
   EXPECT_TRUE(given.Draw("Companies"));
@@ -248,7 +249,7 @@ TEST(GetNextNumber, GivesUpWhenItNeverGetsATurn) {
   CountingOnServer given(Rows{{"Companies", "CM00000099"}});
   given.server.world.on_call = [&](const std::string& call) {
     if (!call.starts_with("Execute")) return;
-    given.counters().rows[0][1] = NextKey(given.counters().Text(0, "CurCount"), '0');
+    given.counters().rows[0][1] = NextKey(given.counters().Text(0, "CurCount"), "0");
   };
   EXPECT_FALSE(given.Draw("Companies"));
   EXPECT_THAT(given.window.boxes.at(0), HasSubstr("Others draw from the counter all the time."));
