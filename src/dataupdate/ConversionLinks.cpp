@@ -113,7 +113,7 @@ void DescribeLinks(Conversion& conversion) {
                                          "LIKE 'CN*' OR ToID LIKE 'RQ*') ");
   conversion.Section("Updating Manual Links ", [&] {
     const auto described =
-        conversion.next.After(conversion.korvo.OpenRecordset("MLinkInfo", RecordsetUse::Change));
+        conversion.next.After(conversion.korvo.OpenRecordset("MLinkInfo", RecordsetUse::Add));
     if (!described) return;
     conversion.ForEachRow(conversion.korvo, links, RecordsetUse::Read, [&](Recordset& link) {
       std::string key;

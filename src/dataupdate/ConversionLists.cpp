@@ -59,7 +59,7 @@ void AddAliases(Conversion& conversion) {
     auto presence =
         conversion.next.After(RowPresence::Of(conversion.korvo, "Aliases", {"Name", "Alias"}));
     const auto aliases =
-        conversion.next.After(conversion.korvo.OpenRecordset("Aliases", RecordsetUse::Change));
+        conversion.next.After(conversion.korvo.OpenRecordset("Aliases", RecordsetUse::Add));
     if (!presence || !aliases) return;
     conversion.ForEachRow(conversion.source, "Aliases", RecordsetUse::Read, [&](Recordset& row) {
       const auto name = conversion.Text(row, "Name");

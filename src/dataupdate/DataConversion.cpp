@@ -45,7 +45,7 @@ void Conversion::AddLink(const std::optional<std::string>& from,
                          const std::optional<std::string>& to) {
   if (!from || !to) return;
   if (links_ == nullptr) {
-    auto opened = next.After(korvo.OpenRecordset("Links", RecordsetUse::Change));
+    auto opened = next.After(korvo.OpenRecordset("Links", RecordsetUse::Add));
     if (!opened) return;
     links_ = std::move(*opened);
   }

@@ -61,8 +61,7 @@ Result<bool> LookupTable::AddIfMissing(const LookupItem& item) {
   if (present.value()) return false;
 
   if (rows_ == nullptr) {
-    Result<std::unique_ptr<Recordset>> rows =
-        database_->OpenRecordset("Lookup", RecordsetUse::Change);
+    Result<std::unique_ptr<Recordset>> rows = database_->OpenRecordset("Lookup", RecordsetUse::Add);
     if (!rows.ok()) return rows.error();
     rows_ = std::move(rows.value());
   }

@@ -57,6 +57,26 @@ TEST_P(DatabaseContract, IsAtItsEndAtOnceWithoutRows) {
   EXPECT_TRUE(rows->AtEnd());
 }
 
+TEST_P(DatabaseContract, AddsRowsToATableThatIsOpenedForThatAlone) {
+  MakePeople();
+  auto opened = database().OpenRecordset("PEOPLE", RecordsetUse::Add);
+  ASSERT_TRUE(opened.ok()) << opened.error().description;
+  Recordset& rows = *opened.value();
+  if (database().Kind() == DatabaseKind::Server) {
+    EXPECT_TRUE(rows.AtEnd()) << "rows that nobody wants were read";
+  }
+  for (const char* name : {"Eve", "Fay"}) {
+    ASSERT_TRUE(rows.AddNew().ok());
+    Set(rows, "Name", name);
+    Set(rows, "City", "Wien");
+    const Status added = rows.Update();
+    ASSERT_TRUE(added.ok()) << added.error().description;
+  }
+  EXPECT_THAT(Rows("SELECT * FROM People WHERE City='Wien'"),
+              UnorderedElementsAre("Eve|Wien|null", "Fay|Wien|null"));
+  EXPECT_THAT(Rows("People"), ::testing::SizeIs(6));
+}
+
 TEST_P(DatabaseContract, EditsEachRowOnTheWay) {
   MakePeople();
   const auto rows = OpenToChange("People");

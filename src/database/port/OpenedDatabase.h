@@ -18,6 +18,7 @@ enum class DatabaseKind { Access, Server };
 enum class RecordsetUse {
   Read,    ///< once from the first row to the last; nothing is changed
   Change,  ///< rows are edited, added or deleted
+  Add,     ///< rows are added to a table; those of a server that are there are not read
 };
 
 /// A database that has been opened; its owner closes it, at the latest by destroying it.

@@ -81,9 +81,11 @@ Result<std::int64_t> MemoryDatabase::Execute(std::string_view statement) {
 }
 
 Result<std::unique_ptr<Recordset>> MemoryDatabase::OpenRecordset(std::string_view source,
-                                                                 RecordsetUse /*use*/) {
+                                                                 RecordsetUse use) {
   MemoryStatement statement = ParseMemoryStatement(source).value_or(MemoryStatement());
   if (statement.table.empty()) statement.table = source;
+  const bool reads_none = use == RecordsetUse::Add && kind_ == DatabaseKind::Server;
+  if (reads_none) statement.conditions.emplace_back("1", "2");
   const Result<MemoryTable*> table = Begin("OpenRecordset " + std::string(source), statement.table);
   if (!table.ok()) return table.error();
   return std::unique_ptr<Recordset>(new MemoryRecordset(world_, *table.value(), statement));

@@ -70,8 +70,9 @@ Result<std::string> OdbcDatabase::SelectOf(std::string_view source) {
 Result<std::unique_ptr<Recordset>> OdbcDatabase::OpenRecordset(std::string_view source,
                                                                RecordsetUse use) {
   if (connection_ == nullptr) return Closed();
-  const Result<std::string> select = SelectOf(source);
+  Result<std::string> select = SelectOf(source);
   if (!select.ok()) return select.error();
+  if (use == RecordsetUse::Add && !IsSelect(source)) select.value() += " WHERE 1=2";
   Result<std::unique_ptr<odbc::OdbcRecordset>> rows = faults_.Told(odbc::OdbcRecordset::Open(
       *connection_, select.value(), ReadingFor(use, connection_->facts())));
   if (!rows.ok()) return rows.error();
