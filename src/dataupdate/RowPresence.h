@@ -12,9 +12,9 @@
 namespace zent {
 
 /// Tells whether a table has a row with given texts in some of its fields, for as many questions as
-/// there are rows to bring in. An index over just these fields answers each; a table without one is
-/// read once, and from then on the answer comes from memory. The database is asked only about a
-/// text of more than 255 characters that begins like one that is there.
+/// there are rows to bring in. An index over just these fields answers each; a file's table without
+/// one is read once, and from then on the answer comes from memory, but for a text of more than 255
+/// characters that begins like one that is there. A server is asked each time.
 class RowPresence {
  public:
   /// `fields` of `table` in `database`, which outlives this.
