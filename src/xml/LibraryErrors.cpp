@@ -16,6 +16,11 @@ bool IsLostEntity(const xmlError& error) {
          static_cast<const xmlParserCtxt*>(error.ctxt)->instate == XML_PARSER_ATTRIBUTE_VALUE;
 }
 
+/// Any text may name a namespace: the parser's remark that one is no address is no fault.
+bool IsNamespaceFault(const xmlError& error) {
+  return error.domain == XML_FROM_NAMESPACE && error.code != XML_WAR_NS_URI;
+}
+
 }  // namespace
 
 struct ErrorReceiver {
@@ -23,7 +28,7 @@ struct ErrorReceiver {
     auto& first = static_cast<LibraryErrors*>(receiver)->first_;
     // Errors beside fatal ones are the parser's remarks on the document type, which it goes past;
     // those of namespaces it does not, and an unknown entity in an attribute would be lost.
-    const bool counts = error->level == XML_ERR_FATAL || error->domain == XML_FROM_NAMESPACE ||
+    const bool counts = error->level == XML_ERR_FATAL || IsNamespaceFault(*error) ||
                         error->domain == XML_FROM_XPATH || IsLostEntity(*error);
     if (first || error->level < XML_ERR_ERROR || !counts) return;
     std::string reason = error->message == nullptr ? "" : error->message;

@@ -92,6 +92,19 @@ TEST(Load, DropsWhiteSpaceAloneBetweenNodes) {
             "(a(b)(#comment [c])(#text [ x ])(#cdata-section [ ])(d(#text [\t])))");
 }
 
+TEST(Load, TakesAnyTextAsTheNameOfANamespace) {
+  for (const char* name : {"my forms",
+                           "urn:\xC3\x9C"
+                           "bersicht",
+                           "{0F2A}", "C:\\Korvo", "../x", "%"}) {
+    SCOPED_TRACE(name);
+    const std::string quoted = "=\"" + std::string(name) + "\"";
+    const Document document =
+        Loaded("<a xmlns" + quoted + " xmlns:p" + quoted + "><p:b p:c=\"1\">x</p:b></a>");
+    EXPECT_EQ(TreeOf(document.root()), "(a(p:b p:c=[1](#text [x])))");
+  }
+}
+
 TEST(Load, ReadsEveryKindOfNode) {
   const Document document = Loaded(
       "<!DOCTYPE a [<!ENTITY e '<i>5</i>6'><!ENTITY f '7'>]><!--h-->"
