@@ -20,17 +20,6 @@ void Require(bool kept) {
   if (!kept) std::abort();
 }
 
-/// `node` or the first one behind it that counts. White space alone, which references had written,
-/// is saved as it is and then dropped like any other.
-Node Counting(Node node) {
-  constexpr const char* kBlanks = " \t\r\n";
-  while (node.kind() == NodeKind::Text &&
-         node.Text().find_first_not_of(kBlanks) == std::string::npos) {
-    node = node.NextSibling();
-  }
-  return node;
-}
-
 bool SameTree(Node a, Node b) {
   // The text of an element is that of its children, which are compared.
   const bool leaf = !a.IsElement() && a.kind() != NodeKind::Document;
@@ -41,12 +30,12 @@ bool SameTree(Node a, Node b) {
   for (std::size_t i = 0; i < of_a.size(); ++i) {
     if (!SameTree(of_a[i], of_b[i])) return false;
   }
-  Node child_a = Counting(a.FirstChild());
-  Node child_b = Counting(b.FirstChild());
+  Node child_a = a.FirstChild();
+  Node child_b = b.FirstChild();
   while (child_a && child_b) {
     if (!SameTree(child_a, child_b)) return false;
-    child_a = Counting(child_a.NextSibling());
-    child_b = Counting(child_b.NextSibling());
+    child_a = child_a.NextSibling();
+    child_b = child_b.NextSibling();
   }
   return !child_a && !child_b;
 }

@@ -32,9 +32,10 @@ class Document {
   /// The file of this document in its own encoding, with the byte-order mark, declaration and line
   /// ends that it came with. An element that holds elements, comments and processing instructions
   /// alone, and does not stand within text, is written with one of them on each line, indented as
-  /// the input was (else by two blanks); no other text changes. An error for a name, comment or
-  /// processing instruction that the encoding cannot hold; in text and attributes such a character
-  /// is written as a reference.
+  /// the input was (else by two blanks); no other text changes, but white space alone that counts
+  /// outside of xml:space="preserve" is written as references: else the next load would drop it. An
+  /// error for a name, comment or processing instruction that the encoding cannot hold; in text and
+  /// attributes such a character is written as a reference.
   Result<std::string> Serialize() const;
 
   /// The document node, where a relative expression on the document starts.

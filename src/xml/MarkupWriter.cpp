@@ -97,6 +97,10 @@ void MarkupWriter::Text(std::string_view text) { Escaped(text, false); }
 
 void MarkupWriter::AttributeText(std::string_view text) { Escaped(text, true); }
 
+void MarkupWriter::References(std::string_view text) {
+  for (std::size_t at = 0; at < text.size();) out_ += CharacterReference(NextCodePoint(text, at));
+}
+
 void MarkupWriter::CData(std::string_view text) {
   constexpr std::string_view kOpen = "<![CDATA[";
   constexpr std::string_view kClose = "]]>";

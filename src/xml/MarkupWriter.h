@@ -19,6 +19,8 @@ class MarkupWriter {
   void Literal(std::string_view text);
   void Text(std::string_view text);
   void AttributeText(std::string_view text);
+  /// Text with a reference in place of each character.
+  void References(std::string_view text);
   void CData(std::string_view text);
   void Comment(std::string_view text);
   void Instruction(std::string_view target, std::string_view text);

@@ -47,7 +47,7 @@ class TreeWriter {
       case XML_ELEMENT_NODE:
         return WriteElement(node, manner);
       case XML_TEXT_NODE:
-        return out_.Text(View(node->content));
+        return WriteText(node, manner);
       case XML_CDATA_SECTION_NODE:
         return out_.CData(View(node->content));
       case XML_ENTITY_REF_NODE:
@@ -61,6 +61,13 @@ class TreeWriter {
       default:
         return;  // nothing else stands in a tree
     }
+  }
+
+  /// White space alone is written so that it is kept when the file is loaded.
+  void WriteText(const xmlNode* node, const Manner& manner) {
+    const std::string_view text = View(node->content);
+    if (manner.preserve || !IsBlank(text)) return out_.Text(text);
+    out_.References(text);
   }
 
   // Recursion is as deep as elements are nested, which loading and editing limit.

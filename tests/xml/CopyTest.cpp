@@ -38,6 +38,8 @@ TEST(Copy, TakesAllOfAnElement) {
        "<r>x<a b=\"1\" c=\"&lt;\">t<d/><![CDATA[<]]><!--c--><?p q?></a></r>"},
       {"white space that counts", "<r>x</r>", "<a xml:space=\"preserve\"> <b/> </a>",
        "<r>x<a xml:space=\"preserve\"> <b/> </a></r>"},
+      {"white space that was written as a reference", "<r>x</r>", "<a>&#32;<b/></a>",
+       "<r>x<a>&#32;<b/></a></r>"},
       {"entities become what they stand for", "<r>x</r>",
        "<!DOCTYPE a [<!ENTITY e \"1&f;<i/>\"><!ENTITY f \"2\">]><a t=\"&f;\">&e;&amp;</a>",
        "<r>x<a t=\"2\">12<i/>&amp;</a></r>"},
@@ -81,6 +83,11 @@ TEST(Copy, DeclaresWhatWasDeclaredAboveTheSource) {
             "<r>x<p:a xmlns:p=\"u\" p:b=\"1\"><c xmlns=\"d\"/>t</p:a></r>");
   EXPECT_EQ(Appended("<r>x</r>", "<s xmlns='d'><a><c/>t</a></s>", "/*/*"),
             "<r>x<a xmlns=\"d\"><c/>t</a></r>");
+}
+
+TEST(Copy, KeepsWhiteSpaceThatCountedAboveTheSource) {
+  EXPECT_EQ(Appended("<r>x</r>", "<s xml:space='preserve'><a> <b/>\n</a></s>", "/*/*"),
+            "<r>x<a>&#32;<b/>&#10;</a></r>");
 }
 
 TEST(Copy, MovedWithinADocumentNamespacesHoldAsWell) {

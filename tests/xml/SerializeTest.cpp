@@ -19,6 +19,7 @@ void ExpectSaved(const SaveCase& row) {
   SCOPED_TRACE(row.what);
   EXPECT_EQ(Resaved(row.input), row.saved);
   EXPECT_EQ(Resaved(row.saved), row.saved) << "saved again";
+  EXPECT_EQ(TreeOf(Loaded(row.saved).node()), TreeOf(Loaded(row.input).node()));
 }
 
 TEST(Serialize, KeepsWhatStandsBeforeAndBehindTheElement) {
@@ -82,12 +83,12 @@ TEST(Serialize, IndentsWhereAnElementHoldsNoText) {
       {"and counts no more", "<a xml:space=\"preserve\"><b xml:space=\"default\"> <c/> </b></a>\n",
        "<a xml:space=\"preserve\"><b xml:space=\"default\">\n    <c/>\n  </b></a>\n"},
       {"white space written as references", "<a>\n  <b>&#32;</b>\n  <c>&#10; </c>\n</a>\n",
-       "<a>\n  <b> </b>\n  <c>\n </c>\n</a>\n"},
+       "<a>\n  <b>&#32;</b>\n  <c>&#10;&#32;</c>\n</a>\n"},
+      {"and so below what preserves white space",
+       "<a xml:space=\"preserve\"><b>&#32;</b> <c xml:space=\"default\">&#9;</c></a>\n",
+       "<a xml:space=\"preserve\"><b> </b> <c xml:space=\"default\">&#9;</c></a>\n"},
   };
-  for (const SaveCase& row : cases) {
-    SCOPED_TRACE(row.what);
-    EXPECT_EQ(Resaved(row.input), row.saved);
-  }
+  for (const SaveCase& row : cases) ExpectSaved(row);
 }
 
 TEST(Serialize, WritesTextAndAttributesAsReferencesWhereNeeded) {
