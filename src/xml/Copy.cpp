@@ -52,16 +52,19 @@ class Copier {
 
   void CopyNamespaces(const xmlNode* source, xmlNode* copy, xmlNode* top) {
     for (const xmlNs* ns = source->nsDef; ns != nullptr; ns = ns->next) {
-      if (!Take(sizeof(xmlNs) + View(ns->href).size() + View(ns->prefix).size())) return;
+      if (!TakeNamespace(ns)) return;
       xmlNewNs(copy, ns->href, ns->prefix);
     }
     copy->ns = NamespaceOf(source->ns, copy, top);
   }
 
-  static xmlNs* NamespaceOf(const xmlNs* ns, xmlNode* copy, xmlNode* top) {
+  // One that is declared above the source may have to be declared with each element of the copy,
+  // however long its name is.
+  xmlNs* NamespaceOf(const xmlNs* ns, xmlNode* copy, xmlNode* top) {
     if (ns == nullptr) return nullptr;
     if (View(ns->prefix) == "xml") return xmlSearchNs(copy->doc, copy, ns->prefix);
-    return DeclaredNamespace(copy, top, ns->prefix, ns->href);
+    if (xmlNs* found = NamespaceInScope(copy, ns->prefix, ns->href)) return found;
+    return TakeNamespace(ns) ? DeclaredNamespace(copy, top, ns->prefix, ns->href) : nullptr;
   }
 
   void CopyAttributes(const xmlNode* source, xmlNode* copy, xmlNode* top) {
@@ -120,6 +123,10 @@ class Copier {
         fault_ = NotCopied("it is no part of an element's content");
         return nullptr;
     }
+  }
+
+  bool TakeNamespace(const xmlNs* ns) {
+    return Take(sizeof(xmlNs) + View(ns->href).size() + View(ns->prefix).size());
   }
 
   bool Take(std::size_t bytes) {

@@ -61,13 +61,17 @@ bool DecodeNamespaceNames(xmlDoc* document) {
   return true;
 }
 
+xmlNs* NamespaceInScope(const xmlNode* element, const xmlChar* prefix, const xmlChar* href) {
+  xmlNs* const found = InScope(element, prefix);
+  return found != nullptr && xmlStrEqual(found->href, href) == 1 ? found : nullptr;
+}
+
 xmlNs* DeclaredNamespace(xmlNode* element, xmlNode* top, const xmlChar* prefix,
                          const xmlChar* href) {
-  xmlNs* const found = InScope(element, prefix);
-  if (found != nullptr && xmlStrEqual(found->href, href) == 1) return found;
+  if (xmlNs* found = NamespaceInScope(element, prefix, href)) return found;
   // Higher up it would change what others mean that have settled: those that use the same prefix,
   // and, for the default namespace, those that have none.
-  const bool free_prefix = found == nullptr && prefix != nullptr;
+  const bool free_prefix = prefix != nullptr && InScope(element, prefix) == nullptr;
   return xmlNewNs(free_prefix ? top : element, href, prefix);
 }
 

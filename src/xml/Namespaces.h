@@ -13,6 +13,9 @@ bool DecodeNamespaceNames(xmlDoc* document);
 /// declared within `top`.
 void SettleNamespaces(xmlNode* top);
 
+/// The declaration that gives `prefix` the meaning `href` at `element`, or null where none does.
+xmlNs* NamespaceInScope(const xmlNode* element, const xmlChar* prefix, const xmlChar* href);
+
 /// The declaration that gives `prefix` the meaning `href` at `element`, made below or at `top`
 /// where there is none. `prefix` is null for the default namespace.
 xmlNs* DeclaredNamespace(xmlNode* element, xmlNode* top, const xmlChar* prefix,

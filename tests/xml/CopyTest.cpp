@@ -161,5 +161,17 @@ TEST(Copy, EndsWhenTheDocumentHasGrownTooBig) {
             kOutOfStringSpace);
 }
 
+TEST(Copy, CountsTheNamespacesThatItDeclares) {
+  std::string elements;
+  for (int i = 0; i < 100; ++i) elements += "<c/>";
+  const Document source = Loaded("<s xmlns='" + std::string(10'000, 'n') + "' xmlns:p='u'><p:a>" +
+                                 elements + "</p:a></s>");
+  LoadLimits limits;
+  limits.bytes = 100'000;  // the elements alone would fit in
+  LoadResult target = Document::Load("<r/>", "x", limits);
+  EXPECT_EQ(target.value().Copy(First(source, "/*/*")).number(), kOutOfStringSpace);
+  EXPECT_EQ(Saved(target.value()), "<r/>");
+}
+
 }  // namespace
 }  // namespace zent::xml::testing
