@@ -44,6 +44,12 @@ TEST(Hostile, DocumentsThatCostTooMuchAreRefused) {
       {"a name of a million letters", "<" + std::string(1'000'000, 'n') + "/>"},
       {"an attribute of 11 MB", "<a b='" + Repeated("x", 11'000'000) + "'/>"},
       {"4,097 attributes", "<a>\n<b" + Repeated(" a=\">\"", 4097) + "/></a>"},
+      {"100,000 attributes where a fault ends a comment",
+       "<a><!--\x01<b" + Repeated(" a=\"\"", 100'000) + "/>--></a>"},
+      {"100,000 attributes where a fault ends an instruction",
+       "<a><?1 <b" + Repeated(" a=\"\"", 100'000) + "/>?></a>"},
+      {"100,000 attributes behind half a comment between quotes",
+       "<!DOCTYPE a [<!ENTITY e '<!--'>]><a" + Repeated(" a=\"\"", 100'000) + "><!----></a>"},
       {"brackets in the document type",
        "<!DOCTYPE a [" + Repeated("<!ELEMENT a ", 1) + Repeated("(", 100'000) + "]><a/>"},
   };
@@ -145,6 +151,10 @@ TEST(Hostile, ManyQuotesOutsideATagAreNoAttributes) {
   const Document document = Loaded("<a>" + quotes + "<!--" + quotes + "--><?p " + quotes +
                                    "?><![CDATA[" + quotes + "]]></a>");
   EXPECT_EQ(document.root().Text().size(), 2 * quotes.size());
+
+  const Document behind_a_mark = Loaded("<?xml version=\"1.0\"?><a><?p?><!-- <b " + quotes +
+                                        "--><b/><![CDATA[<b " + quotes + "]]></a>");
+  EXPECT_EQ(behind_a_mark.root().Text().size(), 3 + quotes.size());
 }
 
 TEST(Hostile, FilesCutOffAnywhereAreRefused) {
