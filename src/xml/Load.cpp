@@ -11,7 +11,7 @@
 #include "xml/ErrorCodes.h"
 #include "xml/LibraryErrors.h"
 #include "xml/Namespaces.h"
-#include "xml/Tags.h"
+#include "xml/ParserGuard.h"
 #include "xml/Tree.h"
 
 namespace zent::xml {
@@ -20,8 +20,6 @@ namespace {
 // No entity is put in place of its reference, no document type or inclusion is read, no address is
 // opened, and of the encoding nothing is left to decide: the text is UTF-8 whatever it declares.
 constexpr int kOptions = XML_PARSE_NONET | XML_PARSE_IGNORE_ENC;
-
-constexpr std::size_t kMostAttributes = 4096;  // of one element
 
 struct FreeParser {
   void operator()(xmlParserCtxt* parser) const { xmlFreeParserCtxt(parser); }
@@ -46,10 +44,12 @@ std::variant<LibraryPtr<xmlDoc>, LoadError> Parse(const std::string& utf8) {
   LibraryErrors errors;
   const std::unique_ptr<xmlParserCtxt, FreeParser> parser(xmlNewParserCtxt());
   if (!parser) return LoadError{{}, kDocumentTooBig, "Out of memory"};
+  ParserGuard guard(*parser);  // changed by what the parser calls
   parser->sax->characters = TakeCharacters;
   parser->sax->ignorableWhitespace = TakeCharacters;
   LibraryPtr<xmlDoc> document(xmlCtxtReadMemory(
       parser.get(), utf8.data(), static_cast<int>(utf8.size()), nullptr, nullptr, kOptions));
+  if (guard.fault()) return *guard.fault();
   if (document && !errors.first() && xmlDocGetRootElement(document.get()) != nullptr) {
     return document;
   }
@@ -81,12 +81,7 @@ std::variant<Document, LoadError> LoadUnnamed(std::string_view bytes, const Load
     return LoadError{{}, kDocumentTooBig, "The document is too big"};
   }
 
-  if (HasTagWithMoreThan(kMostAttributes, source.utf8)) {
-    return LoadError{{},
-                     kDocumentTooBig,
-                     "An element has more than " + std::to_string(kMostAttributes) + " attributes"};
-  }
-
+  if (std::optional<LoadError> error = TooManyAttributes(source.utf8)) return std::move(*error);
   std::variant<LibraryPtr<xmlDoc>, LoadError> parsed = Parse(source.utf8);
   if (auto* error = std::get_if<LoadError>(&parsed)) return std::move(*error);
   auto state = std::make_unique<DocumentAccess::State>();

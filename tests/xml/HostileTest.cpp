@@ -25,6 +25,29 @@ std::string Bomb(const std::string& use) {
   return text + "]><a" + use;
 }
 
+/// As many different attributes or, with "xmlns:", namespaces.
+std::string Attributes(std::size_t count, const std::string& prefix = "") {
+  std::string text;
+  for (std::size_t i = 0; i < count; ++i) {
+    text += " " + prefix + "b" + std::to_string(i) + "='1'";
+  }
+  return text;
+}
+
+/// Elements within each other, each with as many namespaces.
+std::string NestedNamespaces(std::size_t levels, std::size_t namespaces) {
+  return Repeated("<a" + Attributes(namespaces, "xmlns:") + ">", levels) + Repeated("</a>", levels);
+}
+
+/// A document type that gives `element` as many attributes.
+std::string Defaults(const std::string& element, std::size_t count, const std::string& prefix) {
+  std::string text = "<!DOCTYPE a [";
+  for (std::size_t i = 0; i < count; ++i) {
+    text += "<!ATTLIST " + element + " " + prefix + std::to_string(i) + " CDATA 'x'>";
+  }
+  return text + "]>";
+}
+
 struct HostileCase {
   const char* what;
   std::string bytes;
@@ -44,6 +67,10 @@ TEST(Hostile, DocumentsThatCostTooMuchAreRefused) {
       {"a name of a million letters", "<" + std::string(1'000'000, 'n') + "/>"},
       {"an attribute of 11 MB", "<a b='" + Repeated("x", 11'000'000) + "'/>"},
       {"4,097 attributes", "<a>\n<b" + Repeated(" a=\">\"", 4097) + "/></a>"},
+      {"4,097 attributes in an entity",
+       "<!DOCTYPE a [<!ENTITY e \"&#60;b" + Attributes(4097) + "/>\">]><a>&e;</a>"},
+      {"4,500 namespaces within each other", NestedNamespaces(9, 500)},
+      {"1,025 namespaces by default", Defaults("a", 1025, "xmlns:n") + "<a/>"},
       {"100,000 attributes where a fault ends a comment",
        "<a><!--\x01<b" + Repeated(" a=\"\"", 100'000) + "/>--></a>"},
       {"100,000 attributes where a fault ends an instruction",
@@ -65,12 +92,10 @@ TEST(Hostile, DocumentsThatCostTooMuchAreRefused) {
 TEST(Hostile, DocumentsThatAreOnlyBigAreKept) {
   const HostileCase cases[] = {
       {"257 elements within each other", Repeated("<a>", 256) + "<a/>" + Repeated("</a>", 256)},
-      {"4,096 attributes",
-       [] {
-         std::string text = "<a";
-         for (int i = 0; i < 4096; ++i) text += " b" + std::to_string(i) + "=\"1\"";
-         return text + "/>";
-       }()},
+      {"4,096 attributes", "<a" + Attributes(4096) + "/>"},
+      {"4,096 namespaces within each other", NestedNamespaces(8, 512)},
+      {"20,000 elements with 4,000 attributes each by default",
+       Defaults("b", 4000, "n") + "<a>" + Repeated("<b/>", 20'000) + "</a>"},
       {"an attribute of 5 MB", "<a b=\"" + std::string(5'000'000, 'x') + "\"/>"},
       {"a text of 11 MB", "<a>" + Repeated("x", 11'000'000) + "</a>"},
       {"200,000 elements side by side", "<a>" + Repeated("x<b/>", 200'000) + "</a>"},
