@@ -3,9 +3,17 @@
 #include <libxml/xpath.h>
 #include <libxml/xpathInternals.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <string>
+
 #include "xml/DocumentState.h"
 #include "xml/LibraryErrors.h"
+#include "xml/PlainPath.h"
+#include "xml/PlainWalk.h"
 #include "xml/Tree.h"
+#include "xml/XPathCost.h"
 #include "xml/XPathText.h"
 
 namespace zent::xml {
@@ -13,8 +21,28 @@ namespace {
 
 // Steps of the evaluator that one selection may take: a few looks at every node, and some more for
 // small documents.
-constexpr std::size_t kStepsForAny = 1'000'000;
-constexpr std::size_t kStepsForEachNode = 40;
+constexpr std::uint64_t kStepsForAny = 1'000'000;
+constexpr std::uint64_t kStepsForEachNode = 40;
+
+/// Those of an expression of which a step may look at all of the document once more: as many as
+/// take some seconds. A node costs as much as some bytes of text.
+std::uint64_t StepsOfSteep(const DocumentAccess::State& state) {
+  constexpr std::uint64_t kLooks = 4'000'000'000;
+  constexpr std::uint64_t kBytesForOneLook = 16;
+  constexpr std::uint64_t kFewest = 1000;
+  return std::max(kFewest, kLooks / (1 + state.node_count + state.byte_count / kBytesForOneLook));
+}
+
+/// IsSteep, but a path that goes on at any depth from no more than one node is none for that.
+bool IsSteepFrom(std::string_view xpath, xmlNode* from) {
+  if (!IsSteep(xpath)) return false;
+  const std::size_t inner = FindInnerDescent(xpath);
+  if (inner == std::string_view::npos) return true;
+  const std::optional<PlainPath> before = ParsePlainPath(xpath.substr(0, inner));
+  if (!before || IsSteep("." + std::string(xpath.substr(inner)))) return true;
+  return WalkPlainPath(*before, from, Wanted::All, DocumentAccess::Of(from->doc).indexes).size() >
+         1;
+}
 
 /// One evaluation in the context that a document keeps.
 class Evaluation {
@@ -40,13 +68,21 @@ class Evaluation {
     xmlXPathContext& context = *state_.xpath;
     context.node = from_;
     context.opCount = 0;
-    context.opLimit =
-        static_cast<unsigned long>(kStepsForAny + kStepsForEachNode * state_.node_count);
+    context.opLimit = static_cast<unsigned long>(MostSteps());
     errors_.Clear();
+  }
+
+  std::uint64_t MostSteps() const {
+    const std::uint64_t steps = kStepsForAny + kStepsForEachNode * state_.node_count;
+    return IsSteepFrom(xpath_, from_) ? std::min(steps, StepsOfSteep(state_)) : steps;
   }
 
   RuntimeError Failure() const {
     if (!errors_.first()) return Unusable(xpath_, "it is not valid");
+    constexpr int kTooManySteps = int{XML_XPATH_EXPRESSION_OK} + int{XPATH_OP_LIMIT_EXCEEDED};
+    if (errors_.first()->code == kTooManySteps) {
+      return Unusable(xpath_, "it costs too much in a document of this size");
+    }
     constexpr int kTypeFault = XML_XPATH_INVALID_TYPE;
     if (errors_.first()->code == kTypeFault) return NoNodes();
     return Unusable(xpath_, errors_.first()->reason);

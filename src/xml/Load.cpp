@@ -98,6 +98,7 @@ std::variant<Document, LoadError> LoadUnnamed(std::string_view bytes, const Load
   BlanksDropped blanks = DropBlanks(state->document.get());
   state->document->_private = state.get();
   state->node_count = blanks.nodes_left;
+  state->byte_count = bytes.size();
   state->room = limits.bytes;
   state->layout = LayoutOf(source, std::move(blanks.indent));
   return DocumentAccess::Make(std::move(state));
