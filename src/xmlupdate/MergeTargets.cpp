@@ -16,6 +16,11 @@ std::string_view DirectoryPart(std::string_view path) {
 
 }  // namespace
 
+bool CountsOtherFileName(std::string_view file_name,
+                         const std::optional<std::string>& other_file_name) {
+  return DirectoryPart(file_name) == "." && other_file_name && !IsBlank(*other_file_name);
+}
+
 MergeTargets ResolveTargets(const UpdateRun& run, std::string_view base_path,
                             const std::string& file_name,
                             const std::optional<std::string>& other_file_name) {
@@ -24,7 +29,7 @@ MergeTargets ResolveTargets(const UpdateRun& run, std::string_view base_path,
     return {base + "Sys\\" + file_name, base + "Customize\\" + file_name};
   }
   const std::string system = run.state.CurrDir + file_name;
-  if (!other_file_name || IsBlank(*other_file_name)) {
+  if (!CountsOtherFileName(file_name, other_file_name)) {
     return {system, base + "Customize\\" + GetFileName(file_name)};
   }
   return {system, ExpandPath(run, *other_file_name)};

@@ -14,6 +14,11 @@ struct MergeTargets {
   std::string customised;  ///< with the installation's own changes
 };
 
+/// Whether an entry's `other_file_name` says where the customised copy lies: only for a file in the
+/// folder ".", and not when it is blank.
+bool CountsOtherFileName(std::string_view file_name,
+                         const std::optional<std::string>& other_file_name);
+
 /// Where the two copies of an entry lie. As a rule `file_name` is looked for in "Sys\" and
 /// "Customize\" below `base_path`, which ends with a separator. One in the folder "." (".\a.xml")
 /// is delivered with the package: its system copy lies in the updater's folder, which is the

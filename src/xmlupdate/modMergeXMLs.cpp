@@ -32,8 +32,10 @@ class Merge {
     const Result<std::string> file_name = RequireAttribute(entry, "FileName");
     if (!file_name.ok()) return file_name.error();
     const std::optional<std::string> other_file_name = entry.Attribute("OFileName");
-    const std::optional<std::string> problem = MacroProblem(other_file_name.value_or(""));
-    if (problem && !run_.Tolerate(*problem)) return {};
+    if (CountsOtherFileName(file_name.value(), other_file_name)) {
+      const std::optional<std::string> problem = MacroProblem(*other_file_name);
+      if (problem && !run_.Tolerate(*problem)) return {};
+    }
     const MergeTargets targets =
         ResolveTargets(run_, base_path_, file_name.value(), other_file_name);
     for (const std::string* path : {&targets.system, &targets.customised}) {

@@ -157,6 +157,13 @@ TEST(MergeXMLs, AStrictRunRefusesABadMacroInOFileName) {
   }
 }
 
+TEST(MergeXMLs, AnOFileNameThatDoesNotCountIsNotJudged) {
+  XmlMachine given({.strict = true});
+  given.Describe(R"(<XMLUpdate FileName="Forms.xml" OFileName="$(nosuch)\a.xml"/>)");
+  EXPECT_EQ(given.Xupd().outcome, Outcome::Done);
+  EXPECT_FALSE(given.run.Refused());
+}
+
 TEST(MergeXMLs, AStrictRunWorksInTheKnownFolders) {
   XmlMachine given({.strict = true});
   given.machine.files.PutFile(R"(D:\Package\a.xml)", "<A><Version>1</Version></A>");
