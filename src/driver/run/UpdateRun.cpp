@@ -16,6 +16,19 @@ namespace {
 constexpr std::size_t kReasonLimit = 2000;
 constexpr std::string_view kMoreReasons = "; ...";
 
+constexpr std::string_view kBetweenReasons = "; ";
+
+/// True when `reason`, which is not empty, is one of those that are collected in `reasons`.
+bool HasReason(std::string_view reasons, std::string_view reason) {
+  for (std::size_t at = reasons.find(reason); at != std::string_view::npos;
+       at = reasons.find(reason, at + 1)) {
+    const std::string_view rest = reasons.substr(at + reason.size());
+    const bool begins = at == 0 || reasons.substr(0, at).ends_with(kBetweenReasons);
+    if (begins && (rest.empty() || rest.starts_with(kBetweenReasons))) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 UpdateRun::UpdateRun(const Platform& machine, UpdateWindow& update_window,
@@ -110,8 +123,8 @@ void UpdateRun::Record(Outcome outcome, std::string_view reason) {
   const bool is_worse = outcome > record_.outcome;
   record_.outcome = std::max(record_.outcome, outcome);
   if (!is_worse && record_.reason.ends_with(kMoreReasons)) return;
-  if (record_.reason.find(reason) != std::string::npos) return;
-  if (!record_.reason.empty()) record_.reason += "; ";
+  if (reason.empty() || HasReason(record_.reason, reason)) return;
+  if (!record_.reason.empty()) record_.reason += kBetweenReasons;
   const std::string_view fitting = FirstCharacters(reason, kReasonLimit);
   record_.reason += fitting;
   if (record_.reason.size() > kReasonLimit) record_.reason += kMoreReasons;

@@ -80,6 +80,16 @@ TEST(Records, KeepTheWorstOutcomeAndEveryReason) {
   EXPECT_EQ(given.run.WorstOutcome(), Outcome::Warned);
 }
 
+TEST(Records, TakeAReasonForAnotherThanTheOneThatItIsAPartOf) {
+  RunBuilder given;
+  given.run.BeginCommand({.line = 1, .keyword = "x"});
+  for (const char* place : {"Form10", "Form1", "Form", "orm10", "Form1", "Form10", "Form", ""}) {
+    given.run.Warn(place);
+  }
+  given.run.EndCommand();
+  EXPECT_EQ(given.observer.records[0].reason, "Form10; Form1; Form; orm10");
+}
+
 TEST(Records, ANoteLeavesATraceAndNoOutcome) {
   RunBuilder given;
   given.run.BeginCommand({.line = 1, .keyword = "x"});
