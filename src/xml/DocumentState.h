@@ -46,7 +46,7 @@ struct Document::State {
   SourceLayout layout;
   std::size_t node_count = 0;          ///< when it was loaded
   std::size_t byte_count = 0;          ///< of the file
-  std::size_t room = 0;                ///< bytes that copies and texts may still add
+  std::size_t room = 0;                ///< bytes of memory that copies and texts may still add
   std::unordered_set<xmlNode*> loose;  ///< tops of what stands outside the tree
   LibraryPtr<xmlXPathContext> xpath;   ///< made for the first selection
   ChildIndexes indexes;                ///< told of every change

@@ -99,7 +99,7 @@ std::variant<Document, LoadError> LoadUnnamed(std::string_view bytes, const Load
   state->document->_private = state.get();
   state->node_count = blanks.nodes_left;
   state->byte_count = bytes.size();
-  state->room = limits.bytes;
+  state->room = limits.memory;
   state->layout = LayoutOf(source, std::move(blanks.indent));
   return DocumentAccess::Make(std::move(state));
 }

@@ -24,6 +24,10 @@ struct LoadLimits {
   std::size_t bytes = std::size_t{256} << 20;  ///< size of the file, tested before it is parsed
   std::size_t expansion = std::size_t{16}
                           << 20;  ///< bytes that entity references stand for, in all
+  /// Bytes of memory that copies and texts may add. A small element takes thirty times as many in
+  /// memory as in a file, so it is more than the file may have: as much as the address space
+  /// allows.
+  std::size_t memory = (std::size_t{256} << 20) * (sizeof(void*) >= 8 ? 8 : 2);
 };
 
 }  // namespace zent::xml

@@ -144,7 +144,7 @@ TEST(Copy, RefusesAReferenceByItself) {
 TEST(Copy, EndsWhenTheDocumentHasGrownTooBig) {
   const std::string bytes = "<r><i>some text</i></r>";
   LoadLimits limits;
-  limits.bytes = 100'000;
+  limits.memory = 100'000;
   LoadResult loaded = Document::Load(bytes, "x", limits);
   Document& document = loaded.value();
   // Each copy of the whole into itself doubles it.
@@ -161,13 +161,26 @@ TEST(Copy, EndsWhenTheDocumentHasGrownTooBig) {
             kOutOfStringSpace);
 }
 
+TEST(Copy, MayBeBiggerInMemoryThanAFileMayBe) {
+  std::string elements;
+  for (int i = 0; i < 20'000; ++i) elements += "<c/>";
+  const std::string bytes = "<r>" + elements + "</r>";
+  const Document source = Loaded(bytes);
+  LoadLimits limits;
+  limits.bytes = bytes.size();
+  LoadResult target = Document::Load("<r/>", "x", limits);
+  const Result<Node> copy = target.value().Copy(source.root());
+  ASSERT_TRUE(copy.ok()) << copy.error().description;
+  EXPECT_TRUE(target.value().Replace(target.value().root(), copy.value()).ok());
+}
+
 TEST(Copy, CountsTheNamespacesThatItDeclares) {
   std::string elements;
   for (int i = 0; i < 100; ++i) elements += "<c/>";
   const Document source = Loaded("<s xmlns='" + std::string(10'000, 'n') + "' xmlns:p='u'><p:a>" +
                                  elements + "</p:a></s>");
   LoadLimits limits;
-  limits.bytes = 100'000;  // the elements alone would fit in
+  limits.memory = 100'000;  // the elements alone would fit in
   LoadResult target = Document::Load("<r/>", "x", limits);
   EXPECT_EQ(target.value().Copy(First(source, "/*/*")).number(), kOutOfStringSpace);
   EXPECT_EQ(Saved(target.value()), "<r/>");
