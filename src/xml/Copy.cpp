@@ -1,6 +1,7 @@
 #include <libxml/tree.h>
 
 #include <optional>
+#include <string>
 #include <utility>
 
 #include "xml/DocumentState.h"
@@ -22,10 +23,14 @@ class Copier {
   explicit Copier(DocumentAccess::State& state)
       : document_(state.document.get()), room_(state.room) {}
 
-  /// A copy of `source` with nothing around it; null after a fault.
-  xmlNode* CopyOf(const xmlNode* source) {
-    if (source->type == XML_ELEMENT_NODE) return ElementOf(source, nullptr);
-    return LeafOf(source);
+  /// A copy of `source` with nothing around it; a part of it or null after a fault.
+  LibraryPtr<xmlNode> CopyOf(const xmlNode* source) {
+    if (source->type == XML_ELEMENT_NODE) {
+      CopyElement(source, nullptr);
+    } else {
+      top_.reset(LeafOf(source));
+    }
+    return std::move(top_);
   }
 
   const std::optional<RuntimeError>& fault() const { return fault_; }
@@ -34,40 +39,42 @@ class Copier {
  private:
   // Recursion is as deep as elements are nested, and entities in their entities, both limited by
   // the parser.
-  xmlNode* ElementOf(const xmlNode* source, xmlNode* parent) {
-    if (!Take(sizeof(xmlNode) + View(source->name).size())) return nullptr;
+  void CopyElement(const xmlNode* source, xmlNode* parent) {
+    if (!Take(sizeof(xmlNode) + View(source->name).size())) return;
     if (++level_ > kMostLevels) {
       fault_ = NotCopied("it is nested too deeply");
-      return nullptr;
+      return;
     }
-    xmlNode* const copy = xmlNewDocNode(document_, nullptr, source->name, nullptr);
-    if (parent != nullptr) LinkLast(parent, copy);
-    xmlNode* const top = TopOf(copy);
-    CopyNamespaces(source, copy, top);
-    CopyAttributes(source, copy, top);
+    xmlNode* const copy = OrNoMemory(xmlNewDocNode(document_, nullptr, source->name, nullptr));
+    if (parent == nullptr) {
+      top_.reset(copy);
+    } else {
+      LinkLast(parent, copy);
+    }
+    CopyNamespaces(source, copy);
+    CopyAttributes(source, copy);
     CopyChildren(source->children, copy);
     --level_;
-    return copy;
   }
 
-  void CopyNamespaces(const xmlNode* source, xmlNode* copy, xmlNode* top) {
+  void CopyNamespaces(const xmlNode* source, xmlNode* copy) {
     for (const xmlNs* ns = source->nsDef; ns != nullptr; ns = ns->next) {
       if (!TakeNamespace(ns)) return;
-      xmlNewNs(copy, ns->href, ns->prefix);
+      OrNoMemory(xmlNewNs(copy, ns->href, ns->prefix));
     }
-    copy->ns = NamespaceOf(source->ns, copy, top);
+    copy->ns = NamespaceOf(source->ns, copy);
   }
 
   // One that is declared above the source may have to be declared with each element of the copy,
   // however long its name is.
-  xmlNs* NamespaceOf(const xmlNs* ns, xmlNode* copy, xmlNode* top) {
+  xmlNs* NamespaceOf(const xmlNs* ns, xmlNode* copy) {
     if (ns == nullptr) return nullptr;
-    if (View(ns->prefix) == "xml") return xmlSearchNs(copy->doc, copy, ns->prefix);
+    if (View(ns->prefix) == "xml") return OrNoMemory(xmlSearchNs(copy->doc, copy, ns->prefix));
     if (xmlNs* found = NamespaceInScope(copy, ns->prefix, ns->href)) return found;
-    return TakeNamespace(ns) ? DeclaredNamespace(copy, top, ns->prefix, ns->href) : nullptr;
+    return TakeNamespace(ns) ? DeclaredNamespace(copy, top_.get(), ns->prefix, ns->href) : nullptr;
   }
 
-  void CopyAttributes(const xmlNode* source, xmlNode* copy, xmlNode* top) {
+  void CopyAttributes(const xmlNode* source, xmlNode* copy) {
     for (xmlAttr* attribute = source->properties; attribute != nullptr;
          attribute = attribute->next) {
       for (const xmlNode* part = attribute->children; part != nullptr; part = part->next) {
@@ -75,11 +82,10 @@ class Copier {
           return Refuse(part);
         }
       }
-      xmlChar* const value = xmlNodeGetContent(reinterpret_cast<xmlNode*>(attribute));
-      if (Take(sizeof(xmlAttr) + sizeof(xmlNode) + View(value).size())) {
-        xmlNewNsProp(copy, NamespaceOf(attribute->ns, copy, top), attribute->name, value);
-      }
-      xmlFree(value);
+      const std::string value = ContentOf(reinterpret_cast<xmlNode*>(attribute));
+      if (!Take(sizeof(xmlAttr) + sizeof(xmlNode) + value.size())) return;
+      OrNoMemory(
+          xmlNewNsProp(copy, NamespaceOf(attribute->ns, copy), attribute->name, XmlText(value)));
       if (fault_) return;
     }
   }
@@ -87,7 +93,7 @@ class Copier {
   void CopyChildren(const xmlNode* first, xmlNode* parent) {
     for (const xmlNode* child = first; child != nullptr && !fault_; child = child->next) {
       if (child->type == XML_ELEMENT_NODE) {
-        ElementOf(child, parent);
+        CopyElement(child, parent);
       } else if (child->type == XML_ENTITY_REF_NODE) {
         CopyEntity(child, parent);
       } else if (xmlNode* const leaf = LeafOf(child)) {
@@ -112,13 +118,14 @@ class Copier {
     if (!Take(sizeof(xmlNode) + content.size())) return nullptr;
     switch (source->type) {
       case XML_TEXT_NODE:
-        return xmlNewDocText(document_, source->content);
+        return OrNoMemory(xmlNewDocText(document_, source->content));
       case XML_CDATA_SECTION_NODE:
-        return xmlNewCDataBlock(document_, source->content, static_cast<int>(content.size()));
+        return OrNoMemory(
+            xmlNewCDataBlock(document_, source->content, static_cast<int>(content.size())));
       case XML_COMMENT_NODE:
-        return xmlNewDocComment(document_, source->content);
+        return OrNoMemory(xmlNewDocComment(document_, source->content));
       case XML_PI_NODE:
-        return xmlNewDocPI(document_, source->name, source->content);
+        return OrNoMemory(xmlNewDocPI(document_, source->name, source->content));
       default:
         fault_ = NotCopied("it is no part of an element's content");
         return nullptr;
@@ -139,11 +146,6 @@ class Copier {
     return false;
   }
 
-  static xmlNode* TopOf(xmlNode* node) {
-    while (node->parent != nullptr) node = node->parent;
-    return node;
-  }
-
   static void LinkLast(xmlNode* parent, xmlNode* node) {
     node->parent = parent;
     node->prev = parent->last;
@@ -153,6 +155,7 @@ class Copier {
 
   xmlDoc* document_;
   std::size_t room_;
+  LibraryPtr<xmlNode> top_;
   int level_ = 0;
   std::optional<RuntimeError> fault_;
 };
@@ -167,14 +170,11 @@ Result<Node> Document::Copy(Node source) {
     return NotCopied("it is a reference to an entity; copy the element that holds it");
   }
   Copier copier(*state_);
-  xmlNode* const copy = copier.CopyOf(original);
-  if (copier.fault()) {
-    xmlFreeNode(copy);
-    return *copier.fault();
-  }
+  LibraryPtr<xmlNode> copy = copier.CopyOf(original);
+  if (copier.fault()) return *copier.fault();
   state_->room = copier.room();
-  state_->loose.insert(copy);
-  return NodeAccess::Handle(copy);
+  state_->loose.insert(copy.get());
+  return NodeAccess::Handle(copy.release());
 }
 
 }  // namespace zent::xml

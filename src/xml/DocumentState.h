@@ -27,6 +27,7 @@ struct SourceLayout {
 
 struct FreeLibraryObject {
   void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
+  void operator()(xmlNode* top) const { xmlFreeNode(top); }
   void operator()(xmlXPathContext* context) const { xmlXPathFreeContext(context); }
   void operator()(xmlXPathCompExpr* expression) const { xmlXPathFreeCompExpr(expression); }
   void operator()(xmlXPathObject* object) const { xmlXPathFreeObject(object); }

@@ -126,8 +126,8 @@ Result<Node> Document::CreateElement(std::string_view name) {
   if (!IsPlainName(name)) {
     return NotAllowed("\"" + std::string(name) + "\" is no name of an element");
   }
-  xmlNode* const element =
-      xmlNewDocNode(state_->document.get(), nullptr, XmlText(std::string(name)), nullptr);
+  xmlNode* const element = OrNoMemory(
+      xmlNewDocNode(state_->document.get(), nullptr, XmlText(std::string(name)), nullptr));
   state_->loose.insert(element);
   return NodeAccess::Handle(element);
 }
@@ -183,12 +183,15 @@ Status Document::SetText(Node node, std::string_view text) {
   xmlNode* const raw = NodeAccess::Raw(node);
   if (raw->type != XML_ELEMENT_NODE && raw->type != XML_ATTRIBUTE_NODE) {
     xmlNodeSetContent(raw, XmlText(std::string(text)));
+    if (!text.empty()) OrNoMemory(raw->content);
     state_->indexes.Changed(raw);
     return {};
   }
   while (raw->children != nullptr) TakeOut(*state_, raw->children);
   if (text.empty()) return {};
-  PutIn(*state_, xmlNewDocText(state_->document.get(), XmlText(std::string(text))), {raw, nullptr});
+  xmlNode* const content =
+      OrNoMemory(xmlNewDocText(state_->document.get(), XmlText(std::string(text))));
+  PutIn(*state_, content, {raw, nullptr});
   return {};
 }
 

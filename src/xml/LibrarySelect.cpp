@@ -64,7 +64,7 @@ class Evaluation {
 
  private:
   void PrepareContext() {
-    if (!state_.xpath) state_.xpath.reset(xmlXPathNewContext(state_.document.get()));
+    if (!state_.xpath) state_.xpath.reset(OrNoMemory(xmlXPathNewContext(state_.document.get())));
     xmlXPathContext& context = *state_.xpath;
     context.node = from_;
     context.opCount = 0;

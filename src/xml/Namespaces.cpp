@@ -44,7 +44,8 @@ bool DecodeName(xmlNs& ns) {
     name.erase(at + 1, kAmpersand.size() - 1);
   }
   xmlFree(const_cast<xmlChar*>(ns.href));  // the library's own, declared as not to be written to
-  ns.href = xmlStrdup(XmlText(name));
+  ns.href = nullptr;
+  ns.href = OrNoMemory(xmlStrdup(XmlText(name)));
   return true;
 }
 
@@ -72,7 +73,7 @@ xmlNs* DeclaredNamespace(xmlNode* element, xmlNode* top, const xmlChar* prefix,
   // Higher up it would change what others mean that have settled: those that use the same prefix,
   // and, for the default namespace, those that have none.
   const bool free_prefix = prefix != nullptr && InScope(element, prefix) == nullptr;
-  return xmlNewNs(free_prefix ? top : element, href, prefix);
+  return OrNoMemory(xmlNewNs(free_prefix ? top : element, href, prefix));
 }
 
 void SettleNamespaces(xmlNode* top) {

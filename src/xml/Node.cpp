@@ -30,12 +30,6 @@ NodeKind KindOf(const xmlNode* node) {
   }
 }
 
-std::string TakeText(xmlChar* text) {
-  std::string copy(View(text));
-  xmlFree(text);
-  return copy;
-}
-
 }  // namespace
 
 NodeKind Node::kind() const {
@@ -66,7 +60,7 @@ std::string Node::name() const {
 }
 
 std::string Node::Text() const {
-  return node_ == nullptr ? std::string() : TakeText(xmlNodeGetContent(NodeAccess::Raw(*this)));
+  return node_ == nullptr ? std::string() : ContentOf(NodeAccess::Raw(*this));
 }
 
 std::vector<Node> Node::Attributes() const {

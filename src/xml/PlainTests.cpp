@@ -19,13 +19,6 @@ bool IsText(const xmlNode* node) {
   return node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE;
 }
 
-std::string ContentOf(const xmlNode* node) {
-  xmlChar* const text = xmlNodeGetContent(node);
-  std::string copy(View(text));
-  xmlFree(text);
-  return copy;
-}
-
 /// As the library compares a text that holds entities: it looks at the first two bytes outside of
 /// them, and only where these agree at all of it.
 bool EqualsWithEntities(const xmlNode* node, std::string_view text) {

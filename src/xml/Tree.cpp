@@ -1,6 +1,15 @@
 #include "xml/Tree.h"
 
+#include <memory>
+
 namespace zent::xml {
+namespace {
+
+struct FreeText {
+  void operator()(xmlChar* text) const { xmlFree(text); }
+};
+
+}  // namespace
 
 std::string_view View(const xmlChar* text) {
   return text == nullptr ? std::string_view() : reinterpret_cast<const char*>(text);
@@ -8,6 +17,13 @@ std::string_view View(const xmlChar* text) {
 
 const xmlChar* XmlText(const std::string& text) {
   return reinterpret_cast<const xmlChar*>(text.c_str());
+}
+
+std::string ContentOf(const xmlNode* node) {
+  const std::unique_ptr<xmlChar, FreeText> text(xmlNodeGetContent(node));
+  // Other nodes than these may have none at all.
+  if (node->type == XML_ELEMENT_NODE || node->type == XML_ATTRIBUTE_NODE) OrNoMemory(text.get());
+  return std::string(View(text.get()));
 }
 
 bool HasContent(const xmlNode* node) {

@@ -2,6 +2,7 @@
 
 #include <libxml/tree.h>
 
+#include <new>
 #include <string>
 #include <string_view>
 
@@ -24,8 +25,19 @@ struct NodeAccess {
 /// Deepest nesting of elements: what the parser takes. Recursion over a tree is as deep at most.
 inline constexpr int kMostLevels = 257;
 
+/// What the library has made. It gives null where there is no memory; that ends the command, whose
+/// one catch-all reports it.
+template <typename T>
+T* OrNoMemory(T* made) {
+  if (made == nullptr) throw std::bad_alloc();
+  return made;
+}
+
 std::string_view View(const xmlChar* text);
 const xmlChar* XmlText(const std::string& text);
+
+/// All text in `node`, as Node::Text gives it.
+std::string ContentOf(const xmlNode* node);
 
 /// True for a node with content nodes of its own (a reference shows those of its entity instead).
 bool HasContent(const xmlNode* node);

@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <new>
 #include <string>
 
 #include "xml/TestDocument.h"
+#include "xml/Tree.h"
 
 namespace zent::xml::testing {
 namespace {
@@ -247,6 +249,12 @@ TEST(CreateElement, TakesNamesOfXmlWithoutPrefix) {
       EXPECT_FALSE(made.value().Parent());
     }
   }
+}
+
+TEST(OrNoMemory, EndsWhereTheLibraryHasNone) {
+  int made = 0;
+  EXPECT_EQ(OrNoMemory(&made), &made);
+  EXPECT_THROW(OrNoMemory<int>(nullptr), std::bad_alloc);
 }
 
 }  // namespace
