@@ -6,6 +6,7 @@
 
 #include "xml/DocumentState.h"
 #include "xml/Entities.h"
+#include "xml/Identifiers.h"
 #include "xml/LibraryErrors.h"
 #include "xml/Namespaces.h"
 #include "xml/Tree.h"
@@ -172,6 +173,7 @@ Result<Node> Document::Copy(Node source) {
   Copier copier(*state_);
   LibraryPtr<xmlNode> copy = copier.CopyOf(original);
   if (copier.fault()) return *copier.fault();
+  ForgetIdentifiers(copy.get());  // until it stands somewhere
   state_->room = copier.room();
   state_->loose.insert(copy.get());
   return NodeAccess::Handle(copy.release());

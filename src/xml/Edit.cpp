@@ -5,6 +5,7 @@
 #include "base/Utf.h"
 #include "xml/Content.h"
 #include "xml/DocumentState.h"
+#include "xml/Identifiers.h"
 #include "xml/LibraryErrors.h"
 #include "xml/Namespaces.h"
 #include "xml/Tree.h"
@@ -84,6 +85,7 @@ Status CheckPlace(const xmlNode* node, const Place& place) {
 
 void TakeOut(DocumentAccess::State& state, xmlNode* node) {
   xmlNode* const parent = node->parent;
+  ForgetIdentifiers(node);
   xmlUnlinkNode(node);
   state.loose.insert(node);
   state.indexes.Changed(parent);
@@ -98,7 +100,10 @@ void PutIn(DocumentAccess::State& state, xmlNode* node, const Place& place) {
   node->prev = place.before == nullptr ? place.parent->last : place.before->prev;
   (node->prev == nullptr ? place.parent->children : node->prev->next) = node;
   (place.before == nullptr ? place.parent->last : place.before->prev) = node;
-  if (node->type == XML_ELEMENT_NODE) SettleNamespaces(node);
+  if (node->type == XML_ELEMENT_NODE) {
+    SettleNamespaces(node);
+    EnterIdentifiers(node);
+  }
   state.indexes.Changed(node);
 }
 
@@ -187,11 +192,14 @@ Status Document::SetText(Node node, std::string_view text) {
     state_->indexes.Changed(raw);
     return {};
   }
+  const bool attribute = raw->type == XML_ATTRIBUTE_NODE;
+  if (attribute) ForgetIdentifiers(raw);
   while (raw->children != nullptr) TakeOut(*state_, raw->children);
   if (text.empty()) return {};
   xmlNode* const content =
       OrNoMemory(xmlNewDocText(state_->document.get(), XmlText(std::string(text))));
   PutIn(*state_, content, {raw, nullptr});
+  if (attribute) EnterIdentifiers(raw);
   return {};
 }
 

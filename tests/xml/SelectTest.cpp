@@ -119,5 +119,30 @@ TEST(Select, FindsByTheIdentifierOfTheDocumentType) {
   EXPECT_EQ(found.Attribute("k"), std::nullopt);
 }
 
+TEST(Select, FindsByAnIdentifierWhatStandsInTheTreeAlone) {
+  Document document =
+      Loaded("<!DOCTYPE r [<!ATTLIST i k ID #IMPLIED>]><r><s><i k='a'/></s><i xml:id='x'/></r>");
+  for (int i = 0; i < 2; ++i) {
+    const Node found = First(document, "id('a')");
+    const Node copy = document.Copy(found).value();
+    EXPECT_EQ(First(document, "id('a')"), found);
+    ASSERT_TRUE(document.Replace(found, copy).ok());
+    EXPECT_EQ(First(document, "id('a')"), copy);
+  }
+  const Node section = First(document, "/r/s");
+  ASSERT_TRUE(document.Remove(section).ok());
+  EXPECT_FALSE(First(document, "id('a')"));
+  ASSERT_TRUE(document.Append(document.root(), section).ok());
+  EXPECT_EQ(First(document, "id('a')"), section.FirstChild());
+
+  ASSERT_TRUE(document.SetText(First(document, "id('a')/@k"), "b").ok());
+  EXPECT_FALSE(First(document, "id('a')"));
+  EXPECT_EQ(First(document, "id('b')"), section.FirstChild());
+  ASSERT_TRUE(document.Remove(First(document, "id('b')/@k")).ok());
+  EXPECT_FALSE(First(document, "id('b')"));
+  ASSERT_TRUE(document.Remove(First(document, "id('x')")).ok());
+  EXPECT_FALSE(First(document, "id('x')"));
+}
+
 }  // namespace
 }  // namespace zent::xml::testing
