@@ -19,6 +19,11 @@ std::optional<std::string> IndentOf(std::string_view blanks, std::size_t level) 
   return std::string(indent.substr(0, indent.size() / level));
 }
 
+bool IsTextOtherwise(const xmlNode* node) {
+  return node != nullptr &&
+         (node->type == XML_CDATA_SECTION_NODE || node->type == XML_ENTITY_REF_NODE);
+}
+
 class BlankDropper {
  public:
   BlanksDropped Run(xmlDoc* document) {
@@ -51,13 +56,18 @@ class BlankDropper {
 
   static bool IsDroppable(const xmlNode* node) {
     const bool marked = node->_private != nullptr;
-    return node->type == XML_TEXT_NODE && !marked && IsBlank(View(node->content));
+    return node->type == XML_TEXT_NODE && !marked && IsBlank(View(node->content)) &&
+           !IsBesideText(node);
   }
 
   BlanksDropped result_;
 };
 
 }  // namespace
+
+bool IsBesideText(const xmlNode* blanks) {
+  return IsTextOtherwise(blanks->prev) || IsTextOtherwise(blanks->next);
+}
 
 void MarkReferenced(xmlNode* text) { text->_private = text; }
 

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "base/Utf.h"
+#include "xml/Blanks.h"
 #include "xml/DocumentState.h"
 #include "xml/MarkupWriter.h"
 #include "xml/Tree.h"
@@ -66,7 +67,7 @@ class TreeWriter {
   /// White space alone is written so that it is kept when the file is loaded.
   void WriteText(const xmlNode* node, const Manner& manner) {
     const std::string_view text = View(node->content);
-    if (manner.preserve || !IsBlank(text)) return out_.Text(text);
+    if (manner.preserve || !IsBlank(text) || IsBesideText(node)) return out_.Text(text);
     out_.References(text);
   }
 

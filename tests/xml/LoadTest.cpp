@@ -87,9 +87,19 @@ TEST(Load, RefusesADocumentAboveItsLimit) {
 }
 
 TEST(Load, DropsWhiteSpaceAloneBetweenNodes) {
-  const Document document = Loaded("<a>\n <b> </b> <!--c--> x <![CDATA[ ]]> <d>&#9;</d></a>");
+  const Document document = Loaded("<a>\n <b> </b> <!--c--> x <![CDATA[ ]]><e/> <d>&#9;</d></a>");
   EXPECT_EQ(TreeOf(document.root()),
-            "(a(b)(#comment [c])(#text [ x ])(#cdata-section [ ])(d(#text [\t])))");
+            "(a(b)(#comment [c])(#text [ x ])(#cdata-section [ ])(e)(d(#text [\t])))");
+}
+
+TEST(Load, KeepsWhiteSpaceAloneWithinAText) {
+  const Document document = Loaded(
+      "<!DOCTYPE a [<!ENTITY e 'x'>]><a><b>&e; &e;</b> <c><![CDATA[x]]>\n<![CDATA[y]]> <d/> "
+      "</c></a>");
+  EXPECT_EQ(TreeOf(document.root()),
+            "(a(b(e [x])(#text [ ])(e [x]))"
+            "(c(#cdata-section [x])(#text [\n])(#cdata-section [y])(#text [ ])(d)))");
+  EXPECT_EQ(document.root().Text(), "x xx\ny ");
 }
 
 TEST(Load, TakesAnyTextAsTheNameOfANamespace) {
