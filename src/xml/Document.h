@@ -21,8 +21,8 @@ class LoadResult;
 class Document {
  public:
   /// Reads `bytes`; `name` stands in reports only. White space alone between elements is dropped,
-  /// except below xml:space="preserve"; all else is kept, also between CDATA sections and references
-  /// to entities.
+  /// except below xml:space="preserve"; all else is kept, also between CDATA sections and
+  /// references to entities.
   static LoadResult Load(std::string_view bytes, std::string_view name,
                          const LoadLimits& limits = {});
 
