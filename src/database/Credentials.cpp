@@ -29,22 +29,22 @@ std::string Ask(UpdateRun& run, const InputQuestion& question) {
 }  // namespace
 
 std::string StoredAccessPassword(const Platform& machine) {
-  return ScrambleText(Stored(machine, kAccessPassword));
+  return ScrambleText(machine.system, Stored(machine, kAccessPassword));
 }
 
 Status StoreAccessPassword(const Platform& machine, const std::string& password) {
-  return Store(machine, kAccessPassword, ScrambleText(password));
+  return Store(machine, kAccessPassword, ScrambleText(machine.system, password));
 }
 
 ServerLogin StoredServerLogin(const Platform& machine) {
   return {.user = Stored(machine, kServerUser),
-          .password = ScrambleText(Stored(machine, kServerPassword))};
+          .password = ScrambleText(machine.system, Stored(machine, kServerPassword))};
 }
 
 Status StoreServerLogin(const Platform& machine, const ServerLogin& login) {
   Status user = Store(machine, kServerUser, login.user);
   if (!user.ok()) return user;
-  return Store(machine, kServerPassword, ScrambleText(login.password));
+  return Store(machine, kServerPassword, ScrambleText(machine.system, login.password));
 }
 
 std::string AskUserName(UpdateRun& run) {

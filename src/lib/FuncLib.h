@@ -43,10 +43,10 @@ constexpr T MaxOf(T first, const More&... more) {
   return first;
 }
 
-/// `text` with each of its ANSI bytes turned into its complement: twice gives the text again, as
-/// long as neither form is blank, for a blank text comes back unchanged. This hides a stored
-/// password from a glance; it protects nothing.
-std::string ScrambleText(std::string_view text);
+/// `text` with each of its bytes in the code page of the system turned into its complement: twice
+/// gives the text again, as long as neither form is blank, for a blank text comes back unchanged.
+/// This hides a stored password from a glance; it protects nothing.
+std::string ScrambleText(SystemInfo& system, std::string_view text);
 
 /// `connect_text` with its first "PWD=" (any case), the value and the ";" behind it overwritten by
 /// stars, one for each character. A value in braces ends with them, whatever they hold.

@@ -4,7 +4,6 @@
 #include <limits>
 #include <system_error>
 
-#include "base/CodePage.h"
 #include "base/Text.h"
 #include "lib/FuncLib.h"
 
@@ -92,11 +91,11 @@ double LeadingNumber(std::string_view text) {
   return negative ? -number : number;
 }
 
-std::string ScrambleText(std::string_view text) {
+std::string ScrambleText(SystemInfo& system, std::string_view text) {
   if (IsBlank(text)) return std::string(text);
-  std::string bytes = ToAnsi(text);
+  std::string bytes = system.ToAnsi(text);
   for (char& byte : bytes) byte = static_cast<char>(0xFF - static_cast<unsigned char>(byte));
-  return FromAnsi(bytes);
+  return system.FromAnsi(bytes);
 }
 
 std::string MaskPassword(std::string_view connect_text) {

@@ -28,6 +28,13 @@ class SystemInfo {
   virtual std::string TempFolder() = 0;
   /// An environment variable, its name in any case; nothing when it is not set.
   virtual std::optional<std::string> EnvironmentVariable(std::string_view name) = 0;
+
+  /// Bytes of `text` in the ANSI code page that the machine has set, 1252 unless it says otherwise;
+  /// a character outside it becomes "?".
+  virtual std::string ToAnsi(std::string_view text) = 0;
+  /// UTF-8 of bytes in that code page; never fails. Bytes that the page leaves undefined survive
+  /// the way there and back.
+  virtual std::string FromAnsi(std::string_view bytes) = 0;
 };
 
 /// `text` with every "%NAME%" of a variable that is set replaced by its value

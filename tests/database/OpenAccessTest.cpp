@@ -16,14 +16,20 @@ using ::testing::IsEmpty;
 
 constexpr const char* kPath = R"(D:\Data\Korvo.mdb)";
 
+// Letters with two dots above, in UTF-8.
+const std::string kSmallO = "\xC3\xB6";
+const std::string kLargeO = "\xC3\x96";
+const std::string kLargeU = "\xC3\x9C";
+
 std::string StoredPassword(const DatabaseRun& given) {
-  return ScrambleText(GetAppSetting(given.machine.platform, "Korvo", "General", "Talamu"));
+  return ScrambleText(given.machine.platform.system,
+                      GetAppSetting(given.machine.platform, "Korvo", "General", "Talamu"));
 }
 
 void StorePassword(DatabaseRun& given, const std::string& password) {
-  ASSERT_TRUE(
-      SaveAppSetting(given.machine.platform, "Korvo", "General", "Talamu", ScrambleText(password))
-          .ok());
+  ASSERT_TRUE(SaveAppSetting(given.machine.platform, "Korvo", "General", "Talamu",
+                             ScrambleText(given.machine.system, password))
+                  .ok());
 }
 
 std::vector<std::string> Connects(const DatabaseRun& given) {
@@ -107,6 +113,25 @@ TEST(OpenDatabase, AsksForThePasswordAndStoresTheOneThatOpens) {
   EXPECT_EQ(StoredPassword(given), "Geheim\xC3\xBC");
   EXPECT_THAT(given.observer.inputs, ElementsAre("Enter Password: ***"));
   EXPECT_THAT(given.window.boxes, IsEmpty());
+}
+
+TEST(OpenDatabase, KeepsThePasswordInTheCodePageOfTheMachine) {
+  // Bytes 94, 99 and 9A are the complements of "k", "f" and "e".
+  DatabaseRun given;
+  given.machine.system.letters = {{'\x94', kSmallO}, {'\x99', kLargeO}, {'\x9A', kLargeU}};
+  given.access.Put(kPath);
+  given.access.password = "kf";
+  const Platform& machine = given.machine.platform;
+  const auto stored = [&] { return GetAppSetting(machine, "Korvo", "General", "Talamu"); };
+  ASSERT_TRUE(SaveAppSetting(machine, "Korvo", "General", "Talamu", kSmallO + kLargeO).ok());
+
+  EXPECT_TRUE(OpenDatabase(given.run, kPath).ok());
+  EXPECT_THAT(given.window.inputs, IsEmpty());
+
+  given.access.password = "fe";
+  given.window.texts = {"fe"};
+  EXPECT_TRUE(OpenDatabase(given.run, kPath).ok());
+  EXPECT_EQ(stored(), kLargeO + kLargeU);
 }
 
 TEST(OpenDatabase, WithoutAStoredPasswordTriesAnEmptyOneFirst) {

@@ -23,7 +23,8 @@ std::string Setting(const DatabaseRun& given, const char* key) {
 void StoreLogin(DatabaseRun& given, const std::string& user, const std::string& password) {
   const Platform& machine = given.machine.platform;
   ASSERT_TRUE(SaveAppSetting(machine, "Korvo", "General", "SSUN", user).ok());
-  ASSERT_TRUE(SaveAppSetting(machine, "Korvo", "General", "SSPW", ScrambleText(password)).ok());
+  const std::string scrambled = ScrambleText(machine.system, password);
+  ASSERT_TRUE(SaveAppSetting(machine, "Korvo", "General", "SSPW", scrambled).ok());
 }
 
 EngineErrors Refused(int number, const std::string& sqlstate = {}) {
@@ -122,8 +123,26 @@ TEST(KVOOpenSQLServerDB, AsksOnceForTheLoginAndStoresTheOneThatOpens) {
   EXPECT_EQ(given.window.inputs[1].title, "Enter Password");
   EXPECT_TRUE(given.window.inputs[1].hidden);
   EXPECT_EQ(Setting(given, "SSUN"), "anna");
-  EXPECT_EQ(ScrambleText(Setting(given, "SSPW")), "Pass word");
+  EXPECT_EQ(ScrambleText(given.machine.system, Setting(given, "SSPW")), "Pass word");
   EXPECT_NE(Setting(given, "SSPW"), "Pass word");
+}
+
+TEST(KVOOpenSQLServerDB, KeepsThePasswordInTheCodePageOfTheMachine) {
+  // Bytes 94 and 99 are the complements of "k" and "f".
+  DatabaseRun given;
+  given.machine.system.letters = {{'\x94', "\xC3\xB6"}, {'\x99', "\xC3\x96"}};
+  const Platform& machine = given.machine.platform;
+  ASSERT_TRUE(SaveAppSetting(machine, "Korvo", "General", "SSUN", "old").ok());
+  ASSERT_TRUE(SaveAppSetting(machine, "Korvo", "General", "SSPW", "\xC3\xB6\xC3\x96").ok());
+  given.server.failures = {Refused(18456), Refused(18456), {}};
+  given.window.texts = {"anna", "fk"};
+  std::string connect = "DSN=Korvo;";
+
+  EXPECT_NE(KVOOpenSQLServerDB(given.run, connect), nullptr);
+
+  EXPECT_THAT(Opened(given), ElementsAre("ODBC;DSN=Korvo;", "ODBC;DSN=Korvo;UID=old;PWD=kf;",
+                                         "ODBC;DSN=Korvo;UID=anna;PWD=fk;"));
+  EXPECT_EQ(Setting(given, "SSPW"), "\xC3\x96\xC3\xB6");
 }
 
 TEST(KVOOpenSQLServerDB, TellsNothingOfALoginThatIsRefusedTheThirdTime) {

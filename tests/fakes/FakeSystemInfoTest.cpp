@@ -22,5 +22,15 @@ TEST(FakeSystemInfo, KnowsVariablesInAnyCase) {
   EXPECT_EQ(ExpandEnvironment(system, "%Temp%|%none%"), R"(C:\t|%none%)");
 }
 
+TEST(FakeSystemInfo, HasTheCodePageThatTheTestSets) {
+  FakeSystemInfo system;
+  EXPECT_EQ(system.FromAnsi("a\x81\xFC"), "a\xC2\x81\xC3\xBC");
+  EXPECT_EQ(system.ToAnsi("a\xC2\x81\xC3\xBC"), "a\x81\xFC");
+
+  system.letters['\x81'] = "\xC3\xBC";
+  EXPECT_EQ(system.FromAnsi("a\x81"), "a\xC3\xBC");
+  EXPECT_EQ(system.ToAnsi("a\xC3\xBC"), "a\x81");
+}
+
 }  // namespace
 }  // namespace zent::testing

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/CodePage.h"
+#include "fakes/FakeSystemInfo.h"
 #include "lib/FuncLib.h"
 
 namespace zent {
@@ -140,26 +141,41 @@ TEST(MinOf, KeepsTheFirstOnlyWhileItIsSmaller) {
   EXPECT_EQ(MaxOf(Tagged{'b', '1'}, Tagged{'b', '2'}, Tagged{'a', '3'}).tag, '2');
 }
 
-TEST(ScrambleText, TurnsEachAnsiByteIntoItsComplement) {
-  EXPECT_EQ(ScrambleText("A"), FromAnsi("\xBE"));
-  EXPECT_EQ(ScrambleText("secret"), FromAnsi("\x8C\x9A\x9C\x8D\x9A\x8B"));
-  EXPECT_EQ(ScrambleText(FromAnsi("\xE4")), FromAnsi("\x1B"));
+class Scrambling : public ::testing::Test {
+ protected:
+  std::string Scrambled(std::string_view text) { return ScrambleText(system, text); }
+
+  testing::FakeSystemInfo system;
+};
+
+TEST_F(Scrambling, TurnsEachAnsiByteIntoItsComplement) {
+  EXPECT_EQ(Scrambled("A"), FromAnsi("\xBE"));
+  EXPECT_EQ(Scrambled("secret"), FromAnsi("\x8C\x9A\x9C\x8D\x9A\x8B"));
+  EXPECT_EQ(Scrambled(FromAnsi("\xE4")), FromAnsi("\x1B"));
 }
 
-TEST(ScrambleText, LeavesABlankTextAlone) {
-  EXPECT_EQ(ScrambleText(""), "");
-  EXPECT_EQ(ScrambleText("  "), "  ");
-  EXPECT_EQ(ScrambleText("\0"sv), "\0"sv);
+TEST_F(Scrambling, TakesTheBytesOfTheSystemsCodePage) {
+  // As in code page 1250: "abc" is 61 62 63 there, and stored as 9E 9D 9C.
+  system.letters = {{'\x9C', "\xC5\x9B"}, {'\x9D', "\xC5\xA5"}, {'\x9E', "\xC5\xBE"}};
+  const std::string stored = "\xC5\xBE\xC5\xA5\xC5\x9B";
+  EXPECT_EQ(Scrambled("abc"), stored);
+  EXPECT_EQ(Scrambled(stored), "abc");
 }
 
-TEST(ScrambleText, AppliedTwiceGivesTheTextBack) {
+TEST_F(Scrambling, LeavesABlankTextAlone) {
+  EXPECT_EQ(Scrambled(""), "");
+  EXPECT_EQ(Scrambled("  "), "  ");
+  EXPECT_EQ(Scrambled("\0"sv), "\0"sv);
+}
+
+TEST_F(Scrambling, AppliedTwiceGivesTheTextBack) {
   std::string every_byte;
   for (int byte = 0; byte < 256; ++byte) every_byte.push_back(static_cast<char>(byte));
   const std::string text = FromAnsi(every_byte);
-  EXPECT_NE(ScrambleText(text), text);
-  EXPECT_EQ(ScrambleText(ScrambleText(text)), text);
+  EXPECT_NE(Scrambled(text), text);
+  EXPECT_EQ(Scrambled(Scrambled(text)), text);
   // The bytes 70 to 7F scramble to those that the code page leaves half undefined.
-  EXPECT_EQ(ScrambleText(ScrambleText("pqrstuvwxyz{|}~")), "pqrstuvwxyz{|}~");
+  EXPECT_EQ(Scrambled(Scrambled("pqrstuvwxyz{|}~")), "pqrstuvwxyz{|}~");
 }
 
 constexpr TextCase kMaskCases[] = {

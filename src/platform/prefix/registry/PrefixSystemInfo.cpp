@@ -5,6 +5,7 @@
 #include <charconv>
 
 #include "base/CaseFold.h"
+#include "base/CodePage.h"
 
 namespace zent {
 namespace {
@@ -124,6 +125,10 @@ std::optional<std::string> PrefixSystemInfo::EnvironmentVariable(std::string_vie
   expanding_.pop_back();
   return text;
 }
+
+std::string PrefixSystemInfo::ToAnsi(std::string_view text) { return zent::ToAnsi(text); }
+
+std::string PrefixSystemInfo::FromAnsi(std::string_view bytes) { return zent::FromAnsi(bytes); }
 
 std::optional<std::string> PrefixSystemInfo::ProvidedVariable(std::string_view name) {
   if (SameName(name, "SystemRoot") || SameName(name, "windir")) return WindowsFolder();

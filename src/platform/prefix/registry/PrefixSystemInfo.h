@@ -30,6 +30,9 @@ class PrefixSystemInfo : public SystemInfo {
   /// A REG_EXPAND_SZ value comes expanded. A variable that names itself, as in "%PATH%;C:\Korvo",
   /// means the one further down the list of places.
   std::optional<std::string> EnvironmentVariable(std::string_view name) override;
+  /// Always in code page 1252: the settings files of the machine are kept in it, too.
+  std::string ToAnsi(std::string_view text) override;
+  std::string FromAnsi(std::string_view bytes) override;
 
  private:
   /// A variable whose value is being expanded, and the place it was found in.

@@ -58,4 +58,8 @@ std::optional<std::string> Win32SystemInfo::EnvironmentVariable(std::string_view
   return TextOfAnsi(value);
 }
 
+std::string Win32SystemInfo::ToAnsi(std::string_view text) { return ShownAnsiOf(text); }
+
+std::string Win32SystemInfo::FromAnsi(std::string_view bytes) { return TextOfAnsi(bytes); }
+
 }  // namespace zent

@@ -15,6 +15,8 @@ class Win32SystemInfo : public SystemInfo {
   std::string TempFolder() override;
   /// Of this process; a name that holds "=" or does not fit the code page is not set.
   std::optional<std::string> EnvironmentVariable(std::string_view name) override;
+  std::string ToAnsi(std::string_view text) override;
+  std::string FromAnsi(std::string_view bytes) override;
 };
 
 }  // namespace zent

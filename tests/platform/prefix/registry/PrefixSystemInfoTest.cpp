@@ -241,6 +241,12 @@ TEST(PrefixSystemInfo, EndsWithHostileVariables) {
   EXPECT_EQ(system.Variable("V39").substr(0, 10), "%V40%%V40%") << "a new question starts anew";
 }
 
+TEST(PrefixSystemInfo, HasTheWesternCodePage) {
+  System system;
+  EXPECT_EQ(system.info.ToAnsi("a\xC3\xBC\xE2\x82\xAC\xD0\x96"), "a\xFC\x80?");
+  EXPECT_EQ(system.info.FromAnsi("a\xFC\x80\x81"), "a\xC3\xBC\xE2\x82\xAC\xC2\x81");
+}
+
 struct ExpandCase {
   const char* text;
   const char* expanded;

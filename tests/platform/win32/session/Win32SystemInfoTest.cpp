@@ -113,6 +113,13 @@ TEST(Win32SystemInfo, WhatCannotBeANameIsNotSet) {
   }
 }
 
+TEST(Win32SystemInfo, HasTheCodePageOfTheMachine) {
+  ASSERT_EQ(GetACP(), 1252U);
+  Win32SystemInfo system;
+  EXPECT_EQ(system.ToAnsi("a\xC3\xBC\xE2\x82\xAC\xD0\x96"), "a\xFC\x80?");
+  EXPECT_EQ(system.FromAnsi("a\xFC\x80\x81"), "a\xC3\xBC\xE2\x82\xAC\xC2\x81");
+}
+
 TEST(Win32SystemInfo, ExpandsTextsByTheEnvironment) {
   Win32SystemInfo system;
   EXPECT_THAT(ExpandEnvironment(system, R"(%SystemDrive%\a)"), EndsWith(R"(:\a)"));

@@ -25,7 +25,8 @@ struct OpeningRun : DatabaseRun {
   void StoreLogin(const std::string& user, const std::string& password) {
     const Platform& at = machine.platform;
     ASSERT_TRUE(SaveAppSetting(at, "Korvo", "General", "SSUN", user).ok());
-    ASSERT_TRUE(SaveAppSetting(at, "Korvo", "General", "SSPW", ScrambleText(password)).ok());
+    const std::string scrambled = ScrambleText(at.system, password);
+    ASSERT_TRUE(SaveAppSetting(at, "Korvo", "General", "SSPW", scrambled).ok());
   }
   std::string Stored(const char* key) const {
     return GetAppSetting(machine.platform, "Korvo", "General", key);
@@ -88,7 +89,7 @@ TEST_P(OpeningServers, AsksWhenTheStoredLoginIsRefusedToo) {
   EXPECT_EQ(given.window.inputs[1].title, "Enter Password");
   EXPECT_TRUE(given.window.inputs[1].hidden);
   EXPECT_EQ(given.Stored("SSUN"), kServerUser);
-  EXPECT_EQ(ScrambleText(given.Stored("SSPW")), kServerPassword);
+  EXPECT_EQ(ScrambleText(given.machine.system, given.Stored("SSPW")), kServerPassword);
   EXPECT_THAT(given.window.boxes, IsEmpty());
 }
 
@@ -99,7 +100,7 @@ TEST_P(OpeningServers, GivesNoDatabaseWhenTheAnswerIsRefusedToo) {
   std::string connect = place();
   EXPECT_EQ(KVOOpenSQLServerDB(given.run, connect), nullptr);
   EXPECT_EQ(connect, place() + "UID=korvo;PWD=a-wrong-word;");
-  EXPECT_EQ(ScrambleText(given.Stored("SSPW")), "an-old-word");
+  EXPECT_EQ(ScrambleText(given.machine.system, given.Stored("SSPW")), "an-old-word");
   EXPECT_EQ(given.run.database.kind, kSQLServer);
   EXPECT_THAT(given.window.boxes, IsEmpty());
 }
