@@ -29,7 +29,7 @@ Status Import(UpdateRun& run, const std::string& path) {
   if (!opened.ok()) return opened.error();
   if (opened.value() == nullptr) return StandardError(kObjectNotSet);
   OpenedDatabase& database = *opened.value();
-  Result<TextFileReader> file = TextFileReader::Open(run.platform.files, path);
+  Result<TextFileReader> file = TextFileReader::Open(run.platform.files, run.platform.system, path);
   if (!file.ok()) return file.error();
   // What is read within a transaction is read once.
   if (Status begun = database.BeginTransaction(); !begun.ok()) return begun;

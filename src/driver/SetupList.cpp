@@ -23,7 +23,7 @@ class ListLines {
  public:
   static Result<ListLines> Open(UpdateRun& run) {
     Result<TextFileReader> reader =
-        TextFileReader::Open(run.platform.files, run.state.SetupLstFileName);
+        TextFileReader::Open(run.platform.files, run.platform.system, run.state.SetupLstFileName);
     if (!reader.ok()) return reader.error();
     ListLines lines(std::move(reader.value()));
     std::string line;

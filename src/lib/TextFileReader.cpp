@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/CodePage.h"
-
 namespace zent {
 namespace {
 
@@ -22,10 +20,11 @@ bool LooksLikeUtf16(std::string_view start) {
 
 }  // namespace
 
-Result<TextFileReader> TextFileReader::Open(FileSystem& files, std::string_view path) {
+Result<TextFileReader> TextFileReader::Open(FileSystem& files, SystemInfo& system,
+                                            std::string_view path) {
   Result<std::unique_ptr<File>> file = files.OpenForReading(path);
   if (!file.ok()) return file.error();
-  TextFileReader reader(std::move(file.value()));
+  TextFileReader reader(system, std::move(file.value()));
   if (const Result<bool> read = reader.Refill(); !read.ok()) return read.error();
   if (const Status checked = reader.CheckEncoding(); !checked.ok()) return checked.error();
   return reader;
@@ -67,7 +66,7 @@ Result<bool> TextFileReader::Refill() {
 
 void TextFileReader::TakeLine(std::size_t end, std::size_t line_end_size, std::string& line) {
   const std::string_view bytes(buffer_.data() + start_, end - start_);
-  line = utf8_ ? std::string(bytes) : FromAnsi(bytes);
+  line = utf8_ ? std::string(bytes) : system_->FromAnsi(bytes);
   start_ = end + line_end_size;
 }
 

@@ -78,6 +78,15 @@ TEST(RunSetupList, ReadsTheList) {
   }
 }
 
+TEST(RunSetupList, ReadsTheListInTheCodePageOfTheMachine) {
+  ListRun given(
+      "[setup]\r\nmsg,K\x81"
+      "che\r\n");
+  given.machine.system.letters['\x81'] = "\xC3\xBC";
+  EXPECT_THAT(given.Messages(), ElementsAre("K\xC3\xBC"
+                                            "che"));
+}
+
 struct BlockCase {
   const char* what;
   const char* lines;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "fakes/FakeSystemInfo.h"
 #include "fakes/MemoryFileSystem.h"
 #include "lib/TextFileReader.h"
 
@@ -10,13 +11,14 @@ namespace zent {
 namespace {
 
 using ::testing::ElementsAre;
+using testing::FakeSystemInfo;
 using testing::MemoryFileSystem;
 
 constexpr const char* kPath = R"(C:\Lines.txt)";
 
 /// The lines of a file; the last one is "error NUMBER" when it could not be read to its end.
-std::vector<std::string> LinesOf(FileSystem& files) {
-  Result<TextFileReader> reader = TextFileReader::Open(files, kPath);
+std::vector<std::string> LinesOf(FileSystem& files, FakeSystemInfo system = {}) {
+  Result<TextFileReader> reader = TextFileReader::Open(files, system, kPath);
   if (!reader.ok()) return {"error " + std::to_string(reader.number())};
   std::vector<std::string> lines;
   std::string line;
@@ -32,6 +34,16 @@ TEST(TextFileReader, ReadsLinesOfAnyEnd) {
   MemoryFileSystem files;
   files.PutFile(kPath, "one\r\ntwo\nthree\r\r\nK\xF6ln");
   EXPECT_THAT(LinesOf(files), ElementsAre("one", "two", "three", "", "K\xC3\xB6ln"));
+}
+
+TEST(TextFileReader, ReadsTheCodePageOfTheMachineAndUtf8BehindItsMark) {
+  MemoryFileSystem files;
+  FakeSystemInfo system;
+  system.letters['\x9D'] = "\xC5\xA5";
+  files.PutFile(kPath, "a\x9D");
+  EXPECT_THAT(LinesOf(files, system), ElementsAre("a\xC5\xA5"));
+  files.PutFile(kPath, "\xEF\xBB\xBFK\xC3\xB6ln");
+  EXPECT_THAT(LinesOf(files, system), ElementsAre("K\xC3\xB6ln"));
 }
 
 TEST(TextFileReader, ReadsLinesAcrossItsPieces) {
