@@ -57,10 +57,19 @@ Result<std::string> PathOf(const Platform& machine, const ShellFolder& folder, b
 
 constexpr std::size_t kDriveRootSize = 3;
 
+/// Where the first level of a full path begins: behind the drive, or behind server and share, which
+/// are no folders that could be asked for or made.
+std::size_t RootSize(std::string_view path) {
+  if (!path.starts_with(R"(\\)")) return kDriveRootSize;
+  const std::size_t share = path.find('\\', 2);
+  if (share == std::string_view::npos) return path.size();
+  return MinOf(path.find('\\', share + 1), path.size() - 1) + 1;
+}
+
 /// Makes every missing level of `folder`, a full path that ends with a backslash.
 Status MakeFolders(FileSystem& files, const std::string& folder) {
   if (FolderExists(files, folder)) return {};
-  for (std::size_t end = folder.find('\\', kDriveRootSize); end != std::string::npos;
+  for (std::size_t end = folder.find('\\', RootSize(folder)); end != std::string::npos;
        end = folder.find('\\', end + 1)) {
     const std::string level = folder.substr(0, end);
     if (FolderExists(files, level)) continue;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "fakes/run/RunBuilder.h"
 #include "lib/RegFuncs.h"
@@ -12,9 +13,11 @@
 namespace zent {
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using testing::MemoryMachine;
+using ::testing::Not;
 
 void NameFolder(MemoryMachine& machine, KeyHandle root, const char* value, const char* path) {
   machine.registry.PutText(root, kShellFoldersKey, value, path);
@@ -83,13 +86,46 @@ TEST(CreateShellLink, FindsTheFoldersOfTheNewLayout) {
   ExpectLinkFiles(machine, kNewLayout);
 }
 
+struct MissingCase {
+  const char* what;
+  const char* there;     ///< exists before
+  const char* programs;  ///< the program menu
+  std::vector<std::string> made;
+};
+
+const MissingCase kMissingCases[] = {
+    {"on a drive",
+     R"(C:\)",
+     R"(C:\m\p)",
+     {R"(CreateFolder C:\m)", R"(CreateFolder C:\m\p)", R"(CreateFolder C:\m\p\Zent)"}},
+    {"on a share",
+     R"(\\srv\users\)",
+     R"(\\srv\users\anna\p)",
+     {R"(CreateFolder \\srv\users\anna)", R"(CreateFolder \\srv\users\anna\p)",
+      R"(CreateFolder \\srv\users\anna\p\Zent)"}},
+    {"on a share that is the menu itself",
+     R"(\\srv\menu\)",
+     R"(\\srv\menu)",
+     {R"(CreateFolder \\srv\menu\Zent)"}},
+};
+
 TEST(CreateShellLink, MakesEveryMissingFolder) {
-  MemoryMachine machine;
-  NameUserFolders(machine, R"(C:\d)", R"(C:\m)", R"(C:\m\p)");
-  std::string parent;
-  EXPECT_TRUE(CreateShellLink(machine.platform, R"(C:\a.exe)", "Zent", "", "A", parent).ok());
-  EXPECT_TRUE(machine.files.Exists(R"(C:\m\p\Zent\A.lnk)"));
-  EXPECT_FALSE(machine.files.Exists(R"(C:\d)"));
+  for (const MissingCase& row : kMissingCases) {
+    SCOPED_TRACE(row.what);
+    MemoryMachine machine;
+    machine.files.PutFolder(row.there);
+    NameUserFolders(machine, R"(C:\d)", R"(C:\s)", row.programs);
+    std::string parent;
+    EXPECT_TRUE(CreateShellLink(machine.platform, R"(C:\a.exe)", "Zent", "", "A", parent).ok());
+
+    std::vector<std::string> made = machine.files.log().changes();
+    std::erase_if(made, [](const std::string& call) { return !call.starts_with("CreateFolder "); });
+    EXPECT_EQ(made, row.made);
+    EXPECT_TRUE(machine.files.Exists(std::string(row.programs) + R"(\Zent\A.lnk)"));
+    EXPECT_FALSE(machine.files.Exists(R"(C:\d)"));
+    // A server is no folder: to ask for it fails, and so does making it.
+    EXPECT_THAT(machine.files.log().calls(), Not(Contains(R"(Attributes \\srv)")));
+  }
 }
 
 TEST(CreateShellLink, AFolderThatCannotBeMadeIsTheError) {
