@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "app/windows/LibrarySearch.h"
+#include "odbc/LoadOdbc.h"
 
 namespace {
 
@@ -13,10 +14,8 @@ struct Library {
 
 // All but the system's are planted, each in the folder that it is named after.
 constexpr Library kLibraries[] = {
-    {"program", "zentprogram.dll"},
-    {"current", "zentcurrent.dll"},
-    {"path", "zentpath.dll"},
-    {"system", "version.dll"},
+    {"program", "zentprogram.dll"}, {"current", "zentcurrent.dll"},   {"path", "zentpath.dll"},
+    {"system", "version.dll"},      {"relative", "zentrelative.dll"}, {"driver", "zentdriver.dll"},
 };
 
 /// Says which libraries are found by their names alone. None is kept: one that is loaded is found
@@ -40,5 +39,8 @@ int main() {
   TellWhatIsFound("as started");
   zent::LimitLibrarySearch();
   TellWhatIsFound("limited");
+  // Whether there is a driver manager does not matter.
+  static_cast<void>(zent::odbc::LoadOdbc());
+  TellWhatIsFound("with drivers");
   return 0;
 }

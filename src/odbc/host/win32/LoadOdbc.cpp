@@ -3,6 +3,7 @@
 #include <string>
 
 #include "odbc/OdbcErrors.h"
+#include "odbc/host/win32/DriverFolders.h"
 
 namespace zent::odbc {
 namespace {
@@ -25,6 +26,7 @@ std::wstring LibraryPath() {
 }  // namespace
 
 Result<std::unique_ptr<OdbcCalls>> LoadOdbc() {
+  AllowDriverFolders();
   const std::wstring path = LibraryPath();
   const HMODULE library = path.empty() ? nullptr : LoadLibraryW(path.c_str());
   if (library == nullptr) return NotThere("error " + std::to_string(GetLastError()));
