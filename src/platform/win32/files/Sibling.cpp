@@ -43,9 +43,10 @@ void Remove(const std::string& path) {
   DeleteFileA(path.c_str());
 }
 
-Status Flush(const std::string& path) {
+/// `share`: how others may have the file open meanwhile.
+Status Flush(const std::string& path, DWORD share) {
   const UniqueHandle file(
-      CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+      CreateFileA(path.c_str(), GENERIC_WRITE, share, nullptr, OPEN_EXISTING, 0, nullptr));
   return file.ok() && FlushFileBuffers(file.get()) ? Status() : LastFileError();
 }
 
@@ -96,7 +97,10 @@ Result<Win32Sibling> Win32Sibling::OfCopy(const FilePath& target, const FilePath
   if (!path.ok()) return path.error();
   Win32Sibling sibling(std::move(path.value()));
   SetFileAttributesA(sibling.path_.c_str(), FILE_ATTRIBUTE_NORMAL);
-  if (const Status flushed = Flush(sibling.path_); !flushed.ok()) return flushed.error();
+  // A virus scanner opens what is new.
+  constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  const Status flushed = Flush(sibling.path_, kShared);
+  if (!flushed.ok()) return flushed.error();
   return sibling;
 }
 
@@ -104,7 +108,8 @@ Result<Win32Sibling> Win32Sibling::OfFile(const FilePath& source) {
   Win32Sibling sibling(source.ansi);
   sibling.is_made_ = false;
   SetFileAttributesA(source.ansi.c_str(), FILE_ATTRIBUTE_NORMAL);
-  if (const Status flushed = Flush(source.ansi); !flushed.ok()) return flushed.error();
+  // One that a program holds is in use, however it shares it.
+  if (const Status flushed = Flush(source.ansi, 0); !flushed.ok()) return flushed.error();
   return sibling;
 }
 

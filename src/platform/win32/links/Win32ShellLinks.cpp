@@ -50,8 +50,10 @@ Result<FilePath> PlaceOf(std::string_view link_file) {
 Status PutInPlace(const std::string& sibling, const std::string& path) {
   const DWORD attributes = GetFileAttributesA(path.c_str());
   {
+    // Shared: a virus scanner opens what is new.
+    constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     const UniqueHandle file(
-        CreateFileA(sibling.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+        CreateFileA(sibling.c_str(), GENERIC_WRITE, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
     if (!file.ok() || FlushFileBuffers(file.get()) == FALSE) return LastError();
   }
   if (attributes != INVALID_FILE_ATTRIBUTES) SetFileAttributesA(sibling.c_str(), attributes);

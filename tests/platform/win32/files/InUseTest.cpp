@@ -2,6 +2,10 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <atomic>
+#include <string>
+
+#include "platform/win32/UniqueHandle.h"
 #include "platform/win32/files/HoldingProcess.h"
 #include "platform/win32/files/TestFolder.h"
 
@@ -77,6 +81,62 @@ TEST_F(InUse, AReadOnlyFileInUseIsReadOnlyFirst) {
   EXPECT_EQ(files.Write("held", "new").number(), kPathFileAccess);
   EXPECT_EQ(files.Delete("held").number(), kPathFileAccess);
   EXPECT_EQ(files.Move("held", "new").number(), kPermissionDenied);
+}
+
+/// Opens each half-written file of a folder as soon as it can, sharing everything, and keeps it
+/// open, as a virus scanner does; one at a time, in a thread of its own.
+class Scanner {
+ public:
+  explicit Scanner(const TestFolder& folder)
+      : pattern_(folder.Full(".zent-*")), folder_(folder.text()) {
+    thread_ = UniqueHandle(CreateThread(nullptr, 0, Run, this, 0, nullptr));
+  }
+  Scanner(const Scanner&) = delete;
+  Scanner& operator=(const Scanner&) = delete;
+  ~Scanner() {
+    ended_ = true;
+    WaitForSingleObject(thread_.get(), INFINITE);
+  }
+
+  bool has_one() const { return has_one_; }
+
+ private:
+  static DWORD WINAPI Run(void* self) {
+    static_cast<Scanner*>(self)->Scan();
+    return 0;
+  }
+  void Scan() {
+    constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    UniqueHandle file;
+    while (!ended_) {
+      WIN32_FIND_DATAA found = {};
+      const HANDLE search =
+          file.ok() ? INVALID_HANDLE_VALUE : FindFirstFileA(pattern_.c_str(), &found);
+      if (search == INVALID_HANDLE_VALUE) continue;
+      FindClose(search);
+      file = UniqueHandle(CreateFileA((folder_ + '\\' + found.cFileName).c_str(), GENERIC_READ,
+                                      kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+      has_one_ = file.ok();
+    }
+  }
+
+  std::string pattern_;
+  std::string folder_;
+  std::atomic<bool> has_one_ = false;
+  std::atomic<bool> ended_ = false;
+  UniqueHandle thread_;  // last: the thread uses the others
+};
+
+TEST_F(InUse, ANewFileMayBeOpenElsewhereBeforeItIsInPlace) {
+  // Large, so that there is the time to come upon it.
+  folder_.Put("new", std::string(std::size_t{16} << 20U, 'x'));
+  bool met = false;
+  for (int i = 0; i < 10 && !met; ++i) {
+    const Scanner scanner(folder_);
+    EXPECT_TRUE(folder_.files().Copy("new", "target " + std::to_string(i)).ok());
+    met = scanner.has_one();
+  }
+  if (!met) GTEST_SKIP() << "no copy could be opened while it was made";
 }
 
 TEST_F(InUse, AHeldFileDoesNotMoveToAnotherVolume) {
