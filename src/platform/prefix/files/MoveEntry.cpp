@@ -35,6 +35,10 @@ Status Respell(const FolderEntry& entry, const std::string& new_name) {
 
 Status MoveByCopy(const Place& from, const Place& to, LeftSiblings& left) {
   if (!from.IsFile()) return StandardError(kCannotRenameAcrossDrives);
+  // The old file is to be deleted, which one that runs or is loaded cannot be.
+  if (UseOf(from.entry.folder.get(), from.entry.name) != FileUse::None) {
+    return StandardError(kPermissionDenied);
+  }
   left.RemoveFrom(to.entry.folder.get());
   if (Status copied = CopyContents(from, to, OldFile::Keep); !copied.ok()) return copied;
   const FolderEntry& old = from.named();

@@ -281,6 +281,19 @@ TEST(PrefixFileSystem, ALoadedFileMayBeRenamedButNotReplaced) {
   EXPECT_EQ(machine.Get("addin old.dll"), "old");
 }
 
+TEST(PrefixFileSystem, AFileInUseDoesNotMoveToAnotherDrive) {
+  for (const Hold hold : {Hold::Mapped, Hold::Reading}) {
+    TestMachine machine;
+    const TempFolder other;
+    std::filesystem::create_symlink(other.path(), machine.path() / "dosdevices/e:");
+    const HoldingProcess holder(machine.Put("addin.dll", "old"), hold);
+    EXPECT_EQ(machine.Open().Move(R"(C:\addin.dll)", R"(E:\addin.dll)").number(),
+              kPermissionDenied);
+    EXPECT_EQ(machine.Get("addin.dll"), "old");
+    EXPECT_TRUE(std::filesystem::is_empty(other.path()));
+  }
+}
+
 TEST(PrefixFileSystem, NamesTooLongForTheDiskAreRefused) {
   TestMachine machine;
   std::string name;
