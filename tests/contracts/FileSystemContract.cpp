@@ -202,13 +202,25 @@ TEST_P(FileSystemContract, AReplacementTakesTheNameAndTheAttributesOfTheOldFile)
 }
 
 TEST_P(FileSystemContract, AReplacementThatIsRefusedChangesNothing) {
-  Put("new.txt", "new");
+  Put("new.txt", "new", kAttributeHidden);
   Put("old.txt", "old", kAttributeReadOnly);
   EXPECT_EQ(files().Replace(Full("new.txt"), Full("old.txt")).number(), kPathFileAccess);
   EXPECT_EQ(Bits("old.txt"), kAttributeReadOnly);
   EXPECT_EQ(files().Replace(Full("new.txt"), Full("NEW.TXT")).number(), kPermissionDenied);
   EXPECT_EQ(Found(Full("*")), "new.txt old.txt");
   EXPECT_EQ(Get("new.txt"), "new");
+  EXPECT_EQ(Bits("new.txt"), kAttributeHidden);
+  EXPECT_EQ(Get("old.txt"), "old");
+}
+
+TEST_P(FileSystemContract, AReplacementByAFileInUseLeavesBothAsTheyWere) {
+  Put("held.txt", "held", kAttributeReadOnly | kAttributeHidden);
+  Put("old.txt", "old", kAttributeSystem);
+  const std::shared_ptr<void> holder = HoldOpen("held.txt");
+  EXPECT_EQ(files().Replace(Full("held.txt"), Full("old.txt")).number(), kPermissionDenied);
+  EXPECT_EQ(Bits("held.txt"), kAttributeReadOnly | kAttributeHidden);
+  EXPECT_EQ(Bits("old.txt"), kAttributeSystem);
+  EXPECT_EQ(Get("held.txt"), "held");
   EXPECT_EQ(Get("old.txt"), "old");
 }
 

@@ -62,6 +62,11 @@ Status CheckReplaceable(const std::string& path) {
   return file.ok() ? Status() : LastFileError();
 }
 
+Status CheckMovable(const std::string& path) {
+  const UniqueHandle file = OpenExisting(path, GENERIC_READ | DELETE);
+  return file.ok() ? Status() : LastFileError();
+}
+
 RuntimeError ReasonForDenial(const std::string& path) {
   const Status replaceable = CheckReplaceable(path);
   const bool in_use = !replaceable.ok() && replaceable.number() == kPermissionDenied;

@@ -20,6 +20,10 @@ Status StoreAttributes(const std::string& path, std::uint32_t attributes);
 /// the user has no right to, kPermissionDenied when a program has it open or runs it.
 Status CheckReplaceable(const std::string& path);
 
+/// What keeps the existing file `path` from being renamed: kPathFileAccess when the user has no
+/// right to, kPermissionDenied when a program has it open. It may be read-only.
+Status CheckMovable(const std::string& path);
+
 /// What kept the file `path` from being deleted or replaced, after an "access denied" that says the
 /// same of a file without rights and of one that a program runs.
 RuntimeError ReasonForDenial(const std::string& path);

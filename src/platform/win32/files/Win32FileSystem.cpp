@@ -132,9 +132,15 @@ Status Win32FileSystem::Replace(std::string_view source, std::string_view target
   const FilePath& place = to.value().path;
   if (IsSameFile(from.value().ansi, place.ansi)) return StandardError(kPermissionDenied);
   if (Status replaceable = CheckOld(to.value()); !replaceable.ok()) return replaceable;
+  const Result<std::uint32_t> own = AttributesOf(from.value().ansi);
+  if (!own.ok()) return own.error();
+  if (Status movable = CheckMovable(from.value().ansi); !movable.ok()) return movable;
   Result<Win32Sibling> sibling = Win32Sibling::OfFile(from.value());
-  if (!sibling.ok()) return sibling.error();
-  return PutInPlace(to.value(), sibling.value(), *attributes);
+  Status put =
+      sibling.ok() ? PutInPlace(to.value(), sibling.value(), *attributes) : Status(sibling.error());
+  // Why it was refused is told, whether or not its attributes can be stored.
+  if (!put.ok()) static_cast<void>(StoreAttributes(from.value().ansi, own.value()));
+  return put;
 }
 
 Status Win32FileSystem::Delete(std::string_view path) {
