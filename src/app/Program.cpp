@@ -130,7 +130,9 @@ ExitCode Run(ProgramHost& host, const CommandLine& line) {
   }
   RunRecorder recorder(std::move(extras.log), std::move(extras.events),
                        IsScripted(line) ? host.Notes() : nullptr);
-  return RunThroughWindow(host, line, *screen, extras, recorder);
+  const ExitCode code = RunThroughWindow(host, line, *screen, extras, recorder);
+  for (const std::string& complaint : recorder.Complaints()) host.Complain(complaint);
+  return code;
 }
 
 }  // namespace

@@ -191,4 +191,12 @@ void RunRecorder::OnEnd(RunResult result, bool restart) {
   WriteEvent(events_, {{"event", "end"}, {"result", NameOf(result)}, {"restart", restart}});
 }
 
+std::vector<std::string> RunRecorder::Complaints() const {
+  std::vector<std::string> complaints;
+  for (const std::optional<RecordFile>* const file : {&log_, &events_}) {
+    if (*file && (*file)->failed()) complaints.push_back("cannot write " + (*file)->path());
+  }
+  return complaints;
+}
+
 }  // namespace zent

@@ -2,6 +2,8 @@
 
 #include <iosfwd>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "app/RecordFile.h"
 #include "driver/run/RunObserver.h"
@@ -25,6 +27,9 @@ class RunRecorder final : public RunObserver {
   void OnLaunch(std::string_view command_line) override;
   void OnProgress(std::string_view text) override;
   void OnEnd(RunResult result, bool restart) override;
+
+  /// Which of the files could not be written to the end, to be told after the run.
+  std::vector<std::string> Complaints() const;
 
  private:
   std::optional<RecordFile> log_;
