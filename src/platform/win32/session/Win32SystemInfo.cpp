@@ -48,7 +48,9 @@ std::string Win32SystemInfo::TempFolder() {
 
 std::optional<std::string> Win32SystemInfo::EnvironmentVariable(std::string_view name) {
   const Result<std::string> ansi = AnsiOf(name);
-  if (!ansi.ok() || name.empty()) return std::nullopt;
+  // The system keeps the current folders of the drives in hidden variables, "=C:" for one.
+  const bool hidden = name.find('=') != std::string_view::npos;
+  if (!ansi.ok() || name.empty() || hidden) return std::nullopt;
   // A variable that is set to nothing fails like one that is not set, but for the error.
   SetLastError(ERROR_SUCCESS);
   const std::string value = FilledText([&](char* buffer, DWORD size) {

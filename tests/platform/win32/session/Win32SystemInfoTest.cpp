@@ -108,9 +108,12 @@ TEST(Win32SystemInfo, AVariableThatIsSetToNothingIsSet) {
 
 TEST(Win32SystemInfo, WhatCannotBeANameIsNotSet) {
   using namespace std::string_literals;
-  for (const std::string& name : {""s, "\xE4\xB8\xAD"s, "SystemRoot\0x"s}) {
+  ASSERT_NE(SetEnvironmentVariableA("=Q:", R"(Q:\hidden)"), FALSE);
+  for (const std::string& name : {""s, "\xE4\xB8\xAD"s, "SystemRoot\0x"s, "=Q:"s, "SystemRoot="s}) {
+    SCOPED_TRACE(name);
     EXPECT_EQ(Win32SystemInfo().EnvironmentVariable(name), std::nullopt);
   }
+  SetEnvironmentVariableA("=Q:", nullptr);
 }
 
 TEST(Win32SystemInfo, HasTheCodePageOfTheMachine) {
