@@ -83,8 +83,9 @@ Result<std::unique_ptr<VersionInfo>> Win32VersionResources::Open(std::string_vie
   const Result<VersionLibrary> library = LoadVersionLibrary();
   if (!library.ok()) return library.error();
   std::string name = std::move(full.value());
-  // To a name without a dot the system would add ".dll", and read another file.
-  if (HasNoExtension(path)) name += '.';
+  // To a name without a dot the system would add ".dll", and read another file. The full name
+  // counts: a dot at the end of the path has no place in it.
+  if (HasNoExtension(TextOfAnsi(name))) name += '.';
 
   DWORD ignored = 0;
   const DWORD size = library.value().size_of(name.c_str(), &ignored);

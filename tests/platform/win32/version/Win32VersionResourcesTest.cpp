@@ -88,6 +88,7 @@ TEST_F(Win32Version, TheNameIsTakenAsItIs) {
   const std::string text = Put("tool", "no program");
   EXPECT_EQ(resources().Open(text).number(), kInvalidFileFormat);
   EXPECT_EQ(VersionOf(Put("tool", LibraryOfVersion("1.0"))), "1.0");
+  EXPECT_EQ(VersionOf(PathOf("tool.")), "1.0");
   EXPECT_EQ(VersionOf(PathOf("tool.dll")), "9.9");
   Put(R"(a.folder\tool.dll)", LibraryOfVersion("9.9"));
   EXPECT_EQ(VersionOf(Put(R"(a.folder\tool)", LibraryOfVersion("2.0"))), "2.0");
