@@ -27,9 +27,10 @@ bool NameIsTaken(DWORD error) {
 template <typename Make>
 Result<std::string> MakeBeside(const FilePath& target, Make make) {
   constexpr int kTries = 100;
-  const std::string folder = target.ansi.substr(0, target.ansi.rfind('\\') + 1);
+  const Result<std::string> folder = AnsiOf(target.folder());
+  if (!folder.ok()) return folder;
   for (int i = 0; i < kTries; ++i) {
-    const std::string path = folder + SiblingName(GetCurrentProcessId(), i);
+    const std::string path = folder.value() + SiblingName(GetCurrentProcessId(), i);
     if (path.size() >= MAX_PATH) return ErrorOf(SystemError::FileNameTooLong);
     if (make(path)) return path;
     if (!NameIsTaken(GetLastError())) return LastFileError();

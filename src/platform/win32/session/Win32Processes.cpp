@@ -39,15 +39,18 @@ bool IsFile(const std::string& path) {
   return false;
 }
 
-/// The full path of the program's file. A folder of the very name does not hide "NAME.exe".
-Result<std::string> FindProgram(const std::string& program) {
+/// The full path of the program's file, in ANSI. A folder of the very name does not hide
+/// "NAME.exe".
+Result<std::string> FindProgram(std::string_view program) {
   // A quote would end the quoted path of the command line; no name holds one.
   if (program.empty() || program.find('"') != std::string::npos || program.back() == '\\' ||
       program.back() == '/') {
     return StandardError(kFileNotFound);
   }
+  const Result<std::string> ansi = AnsiOf(program);
+  if (!ansi.ok()) return ansi;
   char full[MAX_PATH] = {};
-  const DWORD length = GetFullPathNameA(program.c_str(), MAX_PATH, full, nullptr);
+  const DWORD length = GetFullPathNameA(ansi.value().c_str(), MAX_PATH, full, nullptr);
   if (length == 0 || length >= MAX_PATH) return StandardError(kFileNotFound);
   std::string path = full;
   if (IsFile(path)) return path;
@@ -56,8 +59,12 @@ Result<std::string> FindProgram(const std::string& program) {
   return missing;
 }
 
-/// The folder of a full path, with the backslash that a drive's root needs.
-std::string FolderOf(const std::string& path) { return path.substr(0, path.rfind('\\') + 1); }
+/// The folder of a full path, both in ANSI, with the backslash that a drive's root needs. It is
+/// looked for in the text: where letters take two bytes, the second may be that of a backslash.
+std::string FolderOf(const std::string& path) {
+  const std::string text = TextOfAnsi(path);
+  return ShownAnsiOf(text.substr(0, text.rfind('\\') + 1));
+}
 
 /// A process that has been created.
 struct Created {
@@ -67,9 +74,7 @@ struct Created {
 
 /// `streams` are null for a program that is not waited for.
 Result<Created> Create(const Launch& launch, const WaitedStreams* streams) {
-  const Result<std::string> program = AnsiOf(launch.program);
-  if (!program.ok()) return program.error();
-  const Result<std::string> found = FindProgram(program.value());
+  const Result<std::string> found = FindProgram(launch.program);
   if (!found.ok()) return found.error();
   const Result<std::string> arguments = AnsiOf(launch.arguments);
   if (!arguments.ok()) return StandardError(kInvalidProcedureCall);
