@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <string>
 #include <utility>
 
@@ -18,6 +19,18 @@ constexpr std::chrono::milliseconds kLongestWait = std::chrono::hours(24);
 DWORD WaitTime(std::optional<std::chrono::milliseconds> wait) {
   if (!wait) return INFINITE;
   return static_cast<DWORD>(std::clamp(*wait, std::chrono::milliseconds(0), kLongestWait).count());
+}
+
+// The console whose typing is hidden, and its mode before. What ends the program is told to a
+// function without an object, in a thread of its own.
+std::atomic<HANDLE> hidden_console = nullptr;
+std::atomic<DWORD> mode_before = 0;
+
+/// The mode is the console's and would outlive the program: the caller could not see what he types.
+BOOL WINAPI ShowTypingAtTheEnd(DWORD /*event*/) {
+  const HANDLE console = hidden_console;
+  if (console != nullptr) SetConsoleMode(console, mode_before);
+  return FALSE;  // and end
 }
 
 /// True for a key that puts something into the line.
@@ -116,12 +129,17 @@ void HandleInput::HideTyping() {
   shown_mode_ = mode;
   // What was typed before the question was shown, and is not its answer.
   FlushConsoleInputBuffer(handle_);
+  mode_before = mode;
+  hidden_console = handle_;
+  SetConsoleCtrlHandler(ShowTypingAtTheEnd, TRUE);
   SetConsoleMode(handle_, mode & ~static_cast<DWORD>(ENABLE_ECHO_INPUT));
 }
 
 void HandleInput::ShowTyping() {
   if (!shown_mode_) return;
   SetConsoleMode(handle_, *shown_mode_);
+  SetConsoleCtrlHandler(ShowTypingAtTheEnd, FALSE);
+  hidden_console = nullptr;
   shown_mode_.reset();
 }
 

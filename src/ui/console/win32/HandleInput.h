@@ -13,7 +13,7 @@ namespace zent {
 /// file, whose lines are taken as UTF-8. An invalid handle has ended.
 ///
 /// A console is read by the line: once a key has been pressed, a wait for the line lasts until its
-/// end.
+/// end. While the typing is hidden, a program that is ended from the keyboard shows it again first.
 class HandleInput : public ConsoleInput {
  public:
   /// Does not own `handle`.

@@ -50,6 +50,11 @@ class ConsoleTest : public ::testing::Test {
     DWORD count = 0;
     EXPECT_NE(WriteConsoleInputW(input_.get(), &event, 1, &count), FALSE);
   }
+  DWORD Mode() const {
+    DWORD mode = 0;
+    EXPECT_NE(GetConsoleMode(input_.get(), &mode), FALSE);
+    return mode;
+  }
   /// The first characters of the console's first line.
   std::wstring Screen(DWORD length) const {
     std::wstring text(length, L'\0');
@@ -92,21 +97,32 @@ TEST_F(ConsoleTest, TheKeyForTheEndOfAFileEnds) {
 
 TEST_F(ConsoleTest, HidesWhatIsTyped) {
   HandleInput input(input_.get());
-  DWORD before = 0;
-  GetConsoleMode(input_.get(), &before);
+  const DWORD before = Mode();
   Press(L"typed before\r");
   input.HideTyping();
-  DWORD hidden = 0;
-  GetConsoleMode(input_.get(), &hidden);
-  EXPECT_EQ(hidden & ENABLE_ECHO_INPUT, 0U);
+  EXPECT_EQ(Mode() & ENABLE_ECHO_INPUT, 0U);
   EXPECT_EQ(input.Next(milliseconds(0)).state, State::Nothing) << "what was typed before is gone";
   Press(L"secret\r");
   EXPECT_EQ(input.Next(std::nullopt).line, "secret");
   input.ShowTyping();
-  DWORD after = 0;
-  GetConsoleMode(input_.get(), &after);
-  EXPECT_EQ(after, before);
+  EXPECT_EQ(Mode(), before);
   EXPECT_EQ(Screen(6).find(L"secret"), std::wstring::npos);
+}
+
+BOOL WINAPI StayAlive(DWORD /*event*/) { return TRUE; }
+
+TEST_F(ConsoleTest, ShowsTypingAgainWhenTheProgramIsInterrupted) {
+  SetConsoleCtrlHandler(nullptr, FALSE);  // whoever started us may have it ignored
+  SetConsoleCtrlHandler(StayAlive, TRUE);
+  HandleInput input(input_.get());
+  const DWORD before = Mode();
+  input.HideTyping();
+  ASSERT_NE(Mode(), before);
+  EXPECT_NE(GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0), FALSE);
+  for (int i = 0; i < 500 && Mode() != before; ++i) Sleep(10);
+  EXPECT_EQ(Mode(), before);
+  input.ShowTyping();
+  SetConsoleCtrlHandler(StayAlive, FALSE);
 }
 
 TEST_F(ConsoleTest, ShowsEveryCharacter) {
