@@ -91,14 +91,7 @@ std::unique_ptr<UpdateWindow> WindowsHost::MakeScreen(WindowChoice choice, bool 
 Result<std::string> WindowsHost::ReadInput() {
   constexpr std::size_t kLimit = 16U << 20U;  // bytes
   terminal_.JoinCaller();
-  std::string text;
-  char piece[4096];
-  DWORD count = 0;
-  while (ReadFile(terminal_.input(), piece, sizeof(piece), &count, nullptr) != FALSE && count > 0) {
-    text.append(piece, count);
-    if (text.size() > kLimit) return StandardError(kOutOfStringSpace);
-  }
-  return text;
+  return ReadToEnd(terminal_.input(), kLimit);
 }
 
 void WindowsHost::Show(const std::string& text) {

@@ -143,4 +143,23 @@ void HandleInput::ShowTyping() {
   shown_mode_.reset();
 }
 
+Result<std::string> ReadToEnd(HANDLE handle, std::size_t limit) {
+  HandleInput console(handle);
+  std::string text;
+  while (text.size() <= limit) {
+    if (console.IsConsole()) {
+      const ConsoleInput::Reading reading = console.Next(std::nullopt);
+      if (reading.state != ConsoleInput::State::Line) return text;
+      text += reading.line + '\n';
+      continue;
+    }
+    std::array<char, 4096> piece = {};
+    DWORD count = 0;
+    const auto size = static_cast<DWORD>(piece.size());
+    if (ReadFile(handle, piece.data(), size, &count, nullptr) == FALSE || count == 0) return text;
+    text.append(piece.data(), count);
+  }
+  return StandardError(kOutOfStringSpace);
+}
+
 }  // namespace zent

@@ -2,8 +2,11 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <optional>
+#include <string>
 
+#include "base/Status.h"
 #include "ui/console/ConsoleInput.h"
 #include "ui/console/LineBuffer.h"
 
@@ -39,5 +42,9 @@ class HandleInput : public ConsoleInput {
   std::optional<DWORD> shown_mode_;  ///< of the console, while the typing is hidden
   wchar_t half_ = 0;                 ///< of a surrogate pair that a read cut apart
 };
+
+/// All that `handle` gives up to its end: the lines of a console, each with a "\n", or the bytes of
+/// anything else as they are. Error: kOutOfStringSpace for more than `limit` bytes.
+Result<std::string> ReadToEnd(HANDLE handle, std::size_t limit);
 
 }  // namespace zent

@@ -95,6 +95,11 @@ TEST_F(ConsoleTest, TheKeyForTheEndOfAFileEnds) {
   EXPECT_EQ(input.Next(std::nullopt).state, State::End);
 }
 
+TEST_F(ConsoleTest, IsReadToItsEndAsUnicode) {
+  Press(L"M\u00FCller \u041A\r\rno\r\x1A\r");
+  EXPECT_EQ(ReadToEnd(input_.get(), 100).value_or("failed"), "M\xC3\xBCller \xD0\x9A\n\nno\n");
+}
+
 TEST_F(ConsoleTest, HidesWhatIsTyped) {
   HandleInput input(input_.get());
   const DWORD before = Mode();

@@ -58,6 +58,21 @@ TEST(HandleInput, WhatIsNoInputHasEnded) {
   }
 }
 
+TEST(ReadToEnd, GivesTheBytesOfAPipeAsTheyAre) {
+  TestPipe pipe;
+  pipe.Put("a\r\n\xFC\n b");
+  pipe.CloseWriting();
+  EXPECT_EQ(ReadToEnd(pipe.reading(), 100).value_or("failed"), "a\r\n\xFC\n b");
+  EXPECT_EQ(ReadToEnd(nullptr, 100).value_or("failed"), "");
+}
+
+TEST(ReadToEnd, RefusesTooMuch) {
+  TestPipe pipe;
+  pipe.Put("12345");
+  pipe.CloseWriting();
+  EXPECT_EQ(ReadToEnd(pipe.reading(), 4).number(), kOutOfStringSpace);
+}
+
 TEST(HandleInput, APipeShowsNothingThatCouldBeHidden) {
   TestPipe pipe;
   pipe.Put("typed before\n");
