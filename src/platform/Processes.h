@@ -42,7 +42,8 @@ class Processes {
   /// Starts the program minimised with the focus, in its own folder, and goes on at once. The
   /// program is the file of that path (or of that path and ".exe", when only that exists), never
   /// searched for. Returns the task identifier. Errors: kFileNotFound, kPathNotFound,
-  /// kInvalidProcedureCall (not a program), kPermissionDenied.
+  /// kInvalidProcedureCall (not a program; kFileNotFound in a machine folder, where nothing of that
+  /// name could run), kPermissionDenied.
   virtual Result<std::uint32_t> Start(const Launch& launch) = 0;
 
   /// As Start, for a program whose end matters. Its standard input is empty, its standard output
