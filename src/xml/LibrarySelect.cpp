@@ -10,8 +10,6 @@
 
 #include "xml/DocumentState.h"
 #include "xml/LibraryErrors.h"
-#include "xml/PlainPath.h"
-#include "xml/PlainWalk.h"
 #include "xml/Tree.h"
 #include "xml/XPathCost.h"
 #include "xml/XPathText.h"
@@ -31,17 +29,6 @@ std::uint64_t StepsOfSteep(const DocumentAccess::State& state) {
   constexpr std::uint64_t kBytesForOneLook = 16;
   constexpr std::uint64_t kFewest = 1000;
   return std::max(kFewest, kLooks / (1 + state.node_count + state.byte_count / kBytesForOneLook));
-}
-
-/// IsSteep, but a path that goes on at any depth from no more than one node is none for that.
-bool IsSteepFrom(std::string_view xpath, xmlNode* from) {
-  if (!IsSteep(xpath)) return false;
-  const std::size_t inner = FindInnerDescent(xpath);
-  if (inner == std::string_view::npos) return true;
-  const std::optional<PlainPath> before = ParsePlainPath(xpath.substr(0, inner));
-  if (!before || IsSteep("." + std::string(xpath.substr(inner)))) return true;
-  return WalkPlainPath(*before, from, Wanted::All, DocumentAccess::Of(from->doc).indexes).size() >
-         1;
 }
 
 /// One evaluation in the context that a document keeps.
@@ -74,7 +61,20 @@ class Evaluation {
 
   std::uint64_t MostSteps() const {
     const std::uint64_t steps = kStepsForAny + kStepsForEachNode * state_.node_count;
-    return IsSteepFrom(xpath_, from_) ? std::min(steps, StepsOfSteep(state_)) : steps;
+    const std::uint64_t fewer = StepsOfSteep(state_);
+    return fewer < steps && IsSteepHere() ? fewer : steps;
+  }
+
+  /// IsSteep, but for a path that goes on so from few nodes: from one to what is below it at any
+  /// depth, or from some to their parents.
+  bool IsSteepHere() const {
+    constexpr int kFewNodes = 1000;
+    if (!IsSteep(xpath_)) return false;
+    const std::optional<SteepStep> step = FindSteepStep(xpath_);
+    if (!step || IsSteep(step->before) || IsSteep("." + std::string(step->rest))) return true;
+    const Result<LibraryPtr<xmlXPathObject>> found = Evaluation(step->before, from_).Run();
+    const xmlNodeSet* const set = found.ok() ? found.value()->nodesetval : nullptr;
+    return !found.ok() || (set != nullptr && set->nodeNr > (step->to_parent ? kFewNodes : 1));
   }
 
   RuntimeError Failure() const {

@@ -21,7 +21,7 @@ bool BeginsName(Token token) {
          static_cast<unsigned char>(c) >= 0x80;
 }
 
-bool IsNameByte(char c) { return BeginsName({&c, 1}) || IsDigit(c) || c == '-' || c == '.'; }
+bool GoesOnWithName(char c) { return BeginsName({&c, 1}) || IsDigit(c) || c == '-' || c == '.'; }
 
 bool IsLiteral(Token token) {
   return !token.empty() &&
@@ -35,7 +35,7 @@ std::size_t TokenLength(std::string_view rest) {
     return end == std::string_view::npos ? rest.size() : end + 1;
   }
   if (BeginsName(rest) || IsDigit(rest.front())) {
-    const auto* const end = std::find_if_not(rest.begin(), rest.end(), IsNameByte);
+    const auto* const end = std::find_if_not(rest.begin(), rest.end(), GoesOnWithName);
     return static_cast<std::size_t>(end - rest.begin());
   }
   return IsOneOf(rest.substr(0, 2), {"//", "..", "::", "!=", "<=", ">="}) ? 2 : 1;
@@ -89,6 +89,11 @@ bool IsBehindLeadingDot(const TokenWalk& walk) {
   return walk.Back(1) == "." && !IsOneOf(walk.Back(2), {"/", "//"});
 }
 
+/// True for a ".." that does not begin its path, so that it may stand for the parents of many.
+bool IsLaterParent(const TokenWalk& walk) {
+  return walk.Now() == ".." && IsOneOf(walk.Back(1), {"/", "//"});
+}
+
 bool IsSteepPath(const TokenWalk& walk) {
   const Token token = walk.Now();
   if (token == "::") return !IsOneOf(walk.Back(1), {"child", "attribute", "self"});
@@ -98,7 +103,7 @@ bool IsSteepPath(const TokenWalk& walk) {
   if (token == "id" && walk.Ahead(1) == "(" && !walk.IsBehindOperand()) {
     return walk.IsInBrackets() || !IsLiteral(walk.Ahead(2));
   }
-  return IsOneOf(token, {"..", "|"});
+  return token == "|" || IsLaterParent(walk);
 }
 
 /// True for a comparison here, unless one side is a single value.
@@ -126,13 +131,18 @@ bool IsSteep(std::string_view xpath) {
   return false;
 }
 
-std::size_t FindInnerDescent(std::string_view xpath) {
+std::optional<SteepStep> FindSteepStep(std::string_view xpath) {
   for (TokenWalk walk(xpath); !walk.AtEnd(); walk.Next()) {
-    if (walk.Now() == "//" && walk.IsBehindOperand() && !walk.IsInBrackets()) {
-      return static_cast<std::size_t>(walk.Now().data() - xpath.data());
-    }
+    if (walk.IsInBrackets() || !walk.IsBehindOperand()) continue;
+    const std::string_view token = walk.Now();
+    const auto at = static_cast<std::size_t>(token.data() - xpath.data());
+    if (token == "//") return SteepStep{xpath.substr(0, at), xpath.substr(at), false};
+    if (token != "/" || walk.Ahead(1) != "..") continue;
+    const std::string_view parent = walk.Ahead(1);
+    const auto end = static_cast<std::size_t>(parent.data() + parent.size() - xpath.data());
+    return SteepStep{xpath.substr(0, at), xpath.substr(end), true};
   }
-  return std::string_view::npos;
+  return std::nullopt;
 }
 
 }  // namespace zent::xml

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 
 #include "xml/TestDocument.h"
@@ -32,6 +33,8 @@ TEST(XPathCost, TakesWhatLooksAtEachNodeAFewTimesAsItIs) {
                             "//*[*]/@*",
                             "//a[b-c='x.y']",
                             "//a[text()='b']",
+                            "../a",
+                            "//a[../b='c']",
                             ""}) {
     SCOPED_TRACE(xpath);
     EXPECT_FALSE(IsSteep(xpath));
@@ -40,7 +43,7 @@ TEST(XPathCost, TakesWhatLooksAtEachNodeAFewTimesAsItIs) {
 
 TEST(XPathCost, KnowsWhatIsSteep) {
   for (const char* xpath : {"//a/..",
-                            "..",
+                            "../..",
                             "//a/following-sibling::*",
                             "//a/preceding :: b",
                             "//a/ancestor::b",
@@ -70,22 +73,30 @@ TEST(XPathCost, KnowsWhatIsSteep) {
   }
 }
 
-struct InnerCase {
+struct StepCase {
   const char* xpath;
-  std::size_t at;
+  const char* before;
+  const char* rest;
+  bool to_parent;
 };
 
-TEST(XPathCost, FindsWhereAPathGoesOnAtAnyDepth) {
-  constexpr InnerCase kCases[] = {
-      {"/r//a", 2},
-      {"/r/b[c//d] // a//e", 11},
-      {".//a", 1},
-      {"//a[.//b]", std::string_view::npos},
-      {"/r[@b='//']", std::string_view::npos},
+TEST(XPathCost, FindsWhereAPathGoesOnFromWhatItHasFound) {
+  constexpr StepCase kCases[] = {
+      {"/r//a", "/r", "//a", false}, {"/r/b[c//d] // a//e", "/r/b[c//d] ", "// a//e", false},
+      {".//a", ".", "//a", false},   {"//a[b/..]/ .. /c", "//a[b/..]", " /c", true},
+      {"../..", "..", "", true},
   };
-  for (const InnerCase& row : kCases) {
+  for (const StepCase& row : kCases) {
     SCOPED_TRACE(row.xpath);
-    EXPECT_EQ(FindInnerDescent(row.xpath), row.at);
+    const std::optional<SteepStep> step = FindSteepStep(row.xpath);
+    ASSERT_TRUE(step);
+    EXPECT_EQ(step->before, row.before);
+    EXPECT_EQ(step->rest, row.rest);
+    EXPECT_EQ(step->to_parent, row.to_parent);
+  }
+  for (const char* xpath : {"//a[.//b]", "/r[@b='//']", "../a", "a[b/..]"}) {
+    SCOPED_TRACE(xpath);
+    EXPECT_FALSE(FindSteepStep(xpath));
   }
 }
 
@@ -119,9 +130,16 @@ struct TakenCase {
 
 TEST(XPathCost, TakesAllOthersInBigDocuments) {
   constexpr TakenCase kCases[] = {
-      {"//i[@k='1'][2]", 1},        {"(//i)[last()]", 1}, {"//i[position()=last()]/b", 1},
-      {"//i[b]/@k", 100'000},       {"/r//b", 100'000},   {"/r/i[7]//b", 1},
-      {"//i[contains(., 'q')]", 0}, {"//i[.='t'][9]", 1}, {"/r/i[7]/..", 1},
+      {"//i[@k='1'][2]", 1},
+      {"(//i)[last()]", 1},
+      {"//i[position()=last()]/b", 1},
+      {"//i[b]/@k", 100'000},
+      {"/r//b", 100'000},
+      {"/r/i[7]//b", 1},
+      {"//i[contains(., 'q')]", 0},
+      {"//i[.='t'][9]", 1},
+      {"/r/i[7]/..", 1},
+      {"//i[@k='1'][3]/../i/b", 100'000},
   };
   for (const TakenCase& row : kCases) {
     SCOPED_TRACE(row.xpath);
