@@ -59,7 +59,13 @@ void DatabaseCore::Close() {
 }
 
 Status DatabaseCore::Begin() {
-  return pager->in_transaction() ? pager->BeginPart() : pager->Begin();
+  if (pager->in_transaction()) return pager->BeginPart();
+  if (Status begun = pager->Begin(); !begun.ok()) return begun;
+  // Our rows must also go into the indexes that another user has made meanwhile.
+  Status current = catalog->Refresh();
+  if (current.ok()) return current;
+  const Status undone = Rollback();
+  return undone.ok() ? current : undone;
 }
 
 Status DatabaseCore::Commit() {

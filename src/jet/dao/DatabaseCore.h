@@ -39,7 +39,8 @@ struct DatabaseCore {
   Date now() const { return options.now ? options.now() : Date(); }
   void Close();
 
-  /// Opens a transaction, or a part of the open one that can be undone alone.
+  /// Opens a transaction, or a part of the open one that can be undone alone. A transaction sees
+  /// tables as other users have left them.
   Status Begin();
   Status Commit();
   /// The catalog forgets what it read meanwhile.

@@ -16,10 +16,13 @@ std::string Above(std::string key) {
 
 Result<TableIndex*> IndexOrder::Index() {
   const Result<Table*> table = table_();
-  if (!table.ok()) return table.error();
-  std::vector<TableIndex>& indexes = table.value()->store().indexes();
-  if (real_ >= indexes.size()) return JetError(kNoCurrentIndex);
-  return &indexes[real_];
+  return table.ok() ? IndexOf(*table.value()) : Result<TableIndex*>(table.error());
+}
+
+Result<TableIndex*> IndexOrder::IndexOf(Table& table) const {
+  std::vector<TableIndex>& indexes = table.store().indexes();
+  if (!real_ || *real_ >= indexes.size()) return JetError(kNoCurrentIndex);
+  return &indexes[*real_];
 }
 
 RowOrder::Found IndexOrder::Take(const Result<bool>& found, const IndexCursor& cursor) {
@@ -64,9 +67,10 @@ RowOrder::Found IndexOrder::Previous() {
 }
 
 Result<bool> IndexOrder::GoTo(RowPointer row) {
-  const Result<TableIndex*> index = Index();
-  if (!index.ok()) return index.error();
   const Result<Table*> table = table_();
+  if (!table.ok()) return table.error();
+  const Result<TableIndex*> index = IndexOf(*table.value());
+  if (!index.ok()) return index.error();
   const Result<StoredRow> stored = table.value()->store().rows().Fetch(row);
   if (!stored.ok()) {
     return stored.number() == kRecordDeleted ? Result<bool>(false) : Result<bool>(stored.error());
@@ -84,11 +88,12 @@ Result<bool> IndexOrder::GoTo(RowPointer row) {
 }
 
 Result<std::string> IndexOrder::KeyOf(std::span<const Value> values) {
-  const Result<TableIndex*> index = Index();
+  const Result<Table*> table = table_();
+  if (!table.ok()) return table.error();
+  const Result<TableIndex*> index = IndexOf(*table.value());
   if (!index.ok()) return index.error();
   const std::vector<KeyColumn>& columns = index.value()->key_columns();
   if (values.empty() || values.size() > columns.size()) return JetError(kInvalidArgument);
-  const Result<Table*> table = table_();
   std::string key;
   for (std::size_t i = 0; i < values.size(); ++i) {
     const std::size_t position = index.value()->columns()[i];

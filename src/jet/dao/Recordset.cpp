@@ -1,5 +1,8 @@
 #include "jet/dao/Recordset.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "jet/dao/RecordsetState.h"
 #include "jet/format/JetErrors.h"
 
@@ -26,9 +29,30 @@ Result<Table*> Recordset::State::OpenTable() {
   const bool kept = kept_table != nullptr && generation == catalog.generation();
   if (kept && !catalog.MayHaveChanged()) return kept_table;
   Result<Table*> found = catalog.OpenTable(table);
+  const bool anew = kept_table == nullptr || generation != catalog.generation();
   kept_table = found.value_or(nullptr);
   generation = catalog.generation();
+  if (kept_table != nullptr && anew) Adopt(*kept_table);
   return found;
+}
+
+void Recordset::State::Adopt(const Table& opened) {
+  const TableDefinition& definition = opened.definition();
+  std::vector<std::uint16_t> now;
+  now.reserve(definition.columns.size());
+  for (const ColumnDefinition& column : definition.columns) now.push_back(column.number);
+  if (!numbers.empty() && now != numbers) {
+    for (std::size_t& column : columns) {
+      if (column == kGone) continue;
+      const auto found = std::find(now.begin(), now.end(), numbers[column]);
+      column = found == now.end() ? kGone : static_cast<std::size_t>(found - now.begin());
+    }
+    values.clear();
+  }
+  numbers = std::move(now);
+  if (index_name.empty()) return;
+  const Result<std::size_t> real = RealIndexOf(definition, index_name);
+  index = real.ok() ? std::optional<std::size_t>(real.value()) : std::nullopt;
 }
 
 Status Recordset::State::CheckCurrent() const {
@@ -102,6 +126,7 @@ Result<Value> Recordset::State::Stored(std::size_t position) {
   if (table.empty()) return copied[row.packed()][position];
   const Result<Table*> opened = OpenTable();
   if (!opened.ok()) return opened.error();
+  if (columns[position] == kGone) return JetError(kItemNotFound);
   TableStore& store = opened.value()->store();
   const Result<StoredRow> stored = store.rows().Fetch(row);
   if (!stored.ok()) return stored.error();
@@ -112,7 +137,9 @@ Result<Value> Recordset::Get(const ItemKey& field) {
   const Result<std::size_t> position = state_->fields.PositionOf(field);
   if (!position.ok()) return position.error();
   if (state_->mode == EditMode::None) return state_->Stored(position.value());
-  return state_->values[state_->columns[position.value()]];
+  const std::size_t column = state_->columns[position.value()];
+  if (column >= state_->values.size()) return JetError(kObjectInvalid);
+  return state_->values[column];
 }
 
 Result<Recordset::Bookmark> Recordset::bookmark() const {

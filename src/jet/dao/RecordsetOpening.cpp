@@ -97,6 +97,7 @@ Result<RecordsetOpening::Made> RecordsetOpening::OfTable(std::string_view name,
   if (!table.ok()) return table.error();
   state->table = table.value()->name();
   state->columns = table.value()->display_order();
+  state->Adopt(*table.value());
   Result<std::vector<Field>> fields = FieldsOf(*table.value());
   if (!fields.ok()) return fields.error();
   state->fields = Collection<Field>(std::move(fields.value()));
@@ -137,6 +138,7 @@ Status RecordsetOpening::TakeRows(ResultSet& rows, Recordset::State& state) {
     state.columns.push_back(position.value());
   }
   state.fields = Collection<Field>(std::move(fields));
+  state.Adopt(table);
   std::vector<RowPointer> found;
   for (;;) {
     const Result<bool> more = rows.Next();

@@ -41,13 +41,6 @@ Result<Expression> ReadCriteria(const Recordset& recordset, std::string_view cri
   return expression;
 }
 
-Result<std::size_t> RealIndexOf(const TableDefinition& table, std::string_view name) {
-  for (const LogicalIndex& logical : table.logical_indexes) {
-    if (SameName(logical.name, name)) return std::size_t{logical.real};
-  }
-  return JetError(kNotAnIndex, name);
-}
-
 RowOrder::Found SeekBy(IndexOrder& order, std::string_view comparison, const std::string& key) {
   if (comparison == "=") return order.SeekEqual(key);
   if (comparison == ">=") return order.SeekFrom(key);
@@ -59,6 +52,13 @@ RowOrder::Found SeekBy(IndexOrder& order, std::string_view comparison, const std
 
 }  // namespace
 
+Result<std::size_t> RealIndexOf(const TableDefinition& table, std::string_view name) {
+  for (const LogicalIndex& logical : table.logical_indexes) {
+    if (SameName(logical.name, name)) return std::size_t{logical.real};
+  }
+  return JetError(kNotAnIndex, name);
+}
+
 Status Recordset::SetIndex(std::string_view name) {
   State& state = *state_;
   if (state.type != RecordsetType::Table) return JetError(kNotSupportedHere);
@@ -66,14 +66,16 @@ Status Recordset::SetIndex(std::string_view name) {
   if (!table.ok()) return table.status();
   const OpenedTable source = [&state] { return state.OpenTable(); };
   if (name.empty()) {
+    state.index_name.clear();
     state.index.reset();
     state.order = std::make_unique<FileOrder>(source);
     return MoveFirst();
   }
   const Result<std::size_t> real = RealIndexOf(table.value()->definition(), name);
   if (!real.ok()) return real.status();
+  state.index_name = name;
   state.index = real.value();
-  state.order = std::make_unique<IndexOrder>(source, real.value());
+  state.order = std::make_unique<IndexOrder>(source, state.index);
   return MoveFirst();
 }
 

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "jet/catalog/Table.h"
@@ -13,12 +14,21 @@
 
 namespace zent::jet {
 
+/// The place of a column that the table no longer has.
+inline constexpr std::size_t kGone = static_cast<std::size_t>(-1);
+
+/// The real index of that name: kNotAnIndex.
+Result<std::size_t> RealIndexOf(const TableDefinition& table, std::string_view name);
+
 /// What the members of Recordset work on.
 struct Recordset::State {
   State(DatabaseCore& a_core, RecordsetType a_type) : core(a_core), type(a_type) {}
 
   /// The table that the rows are of. Opened anew after a rollback or a change of the schema.
   Result<Table*> OpenTable();
+  /// Finds the fields' columns and the index in a table that was opened anew. What is gone is
+  /// missed when it is used; a row in work that has other columns by now cannot be saved.
+  void Adopt(const Table& opened);
   /// kNoCurrentRecord, kObjectInvalid.
   Status CheckCurrent() const;
   Status CheckUpdatable();
@@ -37,10 +47,12 @@ struct Recordset::State {
   RecordsetType type;
   std::string table = {};  ///< empty for a copy
   Collection<Field> fields = {};
-  std::vector<std::size_t> columns = {};        ///< of the fields, in the table's definition
+  std::vector<std::size_t> columns = {};        ///< of the fields, in the definition; kGone
+  std::vector<std::uint16_t> numbers = {};      ///< of all columns of the definition
   std::vector<std::vector<Value>> copied = {};  ///< rows of a copy; their pointers count them
   std::unique_ptr<RowOrder> order = {};
-  std::optional<std::size_t> index = {};  ///< real index that orders the rows
+  std::string index_name = {};            ///< of the index that orders the rows; or empty
+  std::optional<std::size_t> index = {};  ///< its real index, as long as there is one
 
   Place place = Place::Behind;
   bool empty = true;  ///< both ends at once

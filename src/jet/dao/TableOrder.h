@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -44,8 +45,10 @@ class FileOrder final : public RowOrder {
 /// changes.
 class IndexOrder final : public RowOrder {
  public:
-  /// `real`: place of the index in the definition.
-  IndexOrder(OpenedTable table, std::size_t real) : table_(std::move(table)), real_(real) {}
+  /// `real`: place of the index in the definition of the table as `table` has given it last;
+  /// nothing when it is gone. It must outlive the order.
+  IndexOrder(OpenedTable table, const std::optional<std::size_t>& real)
+      : table_(std::move(table)), real_(real) {}
 
   Found First() override;
   Found Last() override;
@@ -68,11 +71,12 @@ class IndexOrder final : public RowOrder {
 
  private:
   Result<TableIndex*> Index();
+  Result<TableIndex*> IndexOf(Table& table) const;
   Found Take(const Result<bool>& found, const IndexCursor& cursor);
   Found Before(const std::string& key);
 
   OpenedTable table_;
-  std::size_t real_;
+  const std::optional<std::size_t>& real_;
   std::string key_;
   RowPointer row_;
 };

@@ -2,10 +2,12 @@
 
 #include <optional>
 
+#include "jet/catalog/Catalog.h"
 #include "jet/dao/DaoFile.h"
 #include "jet/dao/HostFiles.h"
 #include "jet/format/JetErrors.h"
 #include "jet/storage/StorageErrors.h"
+#include "jet/tools/Verify.h"
 #include "support/TempFolder.h"
 
 /// Databases on disk, opened by several.
@@ -225,6 +227,103 @@ TEST(HostFiles, KeepWhatOneWroteForAnother) {
   EXPECT_EQ(two->Execute("DELETE FROM People").number(), kCannotLock);
   ASSERT_TRUE(one->Rollback().ok());
   EXPECT_TRUE(two->Execute("DELETE FROM People WHERE Name = 'Ann'").ok());
+}
+
+/// What is wrong with the file; nothing should be.
+std::string FaultsOf(Database& database) {
+  std::string faults;
+  const Result<VerifySummary> summary = VerifyDatabase(
+      database.catalog()->pager(), [&](const std::string& line) { faults += line + "\n"; });
+  EXPECT_TRUE(summary.ok()) << Told(summary.status());
+  return faults;
+}
+
+/// A database that two have open at once.
+class TwoUsers {
+ public:
+  TwoUsers()
+      : others(*given.storage, Impatient()),
+        one(Hold(given.workspace, given.Path("Korvo.mdb"), Held::Shared, "")),
+        two(Hold(others, given.Path("Korvo.mdb"), Held::Shared, "")) {}
+
+  static void Run(Database& database, std::string_view statement) {
+    const Status done = database.Execute(statement);
+    EXPECT_TRUE(done.ok()) << statement << ": " << Told(done);
+  }
+
+  DaoFolder given;
+  Workspace others;
+  std::unique_ptr<Database> one;
+  std::unique_ptr<Database> two;
+};
+
+TEST(HostFiles, KeepIndexesRightThatAnotherMadeOrDroppedMeanwhile) {
+  TwoUsers users;
+  users.Run(*users.two, "INSERT INTO People (Name) VALUES ('Ann')");
+
+  users.Run(*users.one, "CREATE INDEX ByName ON People (Name)");
+  users.Run(*users.two, "INSERT INTO People (Name) VALUES ('Bob')");
+  const auto rows = std::move(users.one->OpenRecordset("People").value());
+  ASSERT_TRUE(rows->SetIndex("ByName").ok());
+  ASSERT_TRUE(rows->Seek("=", std::vector<Value>{Text("Bob")}).ok());
+  EXPECT_FALSE(rows->NoMatch());
+  EXPECT_EQ(FaultsOf(*users.one), "");
+
+  users.Run(*users.one, "DROP INDEX ByName ON People");
+  users.Run(*users.two, "INSERT INTO People (Name) VALUES ('Cid')");
+  EXPECT_EQ(FaultsOf(*users.one), "");
+  EXPECT_EQ(rows->MoveFirst().number(), kNoCurrentIndex);
+
+  ASSERT_TRUE(users.two->BeginTrans().ok());
+  users.Run(*users.two, "INSERT INTO People (Name) VALUES ('Dan')");
+  ASSERT_TRUE(users.two->CommitTrans().ok());
+  EXPECT_EQ(DaoFile::NamesOf(*users.one->OpenRecordset("SELECT Name FROM People").value()),
+            "Ann Bob Cid Dan");
+}
+
+TEST(HostFiles, ReadOnWhereAnotherChangedTheTableOfARecordset) {
+  TwoUsers users;
+  users.Run(*users.two, "INSERT INTO People (Name, Age) VALUES ('Ann', 30)");
+  users.Run(*users.two, "INSERT INTO People (Name, Age) VALUES ('Bob', 40)");
+  const auto rows = std::move(users.two->OpenRecordset("People").value());
+  ASSERT_TRUE(rows->SetIndex("ByAge").ok());
+
+  users.Run(*users.one, "DROP INDEX PrimaryKey ON People");
+  users.Run(*users.one, "ALTER TABLE People DROP COLUMN Note");
+  users.Run(*users.one, "ALTER TABLE People ADD COLUMN Town TEXT(20)");
+
+  EXPECT_EQ(TextIn(*rows, "Name"), "Bob");
+  EXPECT_EQ(rows->Get("Member").value_or(Null()), Value(false));
+  EXPECT_EQ(rows->Get("Note").number(), kItemNotFound);
+  ASSERT_TRUE(rows->MoveNext().ok());
+  EXPECT_EQ(TextIn(*rows, "Name"), "Ann");
+  ASSERT_TRUE(rows->Edit().ok());
+  ASSERT_TRUE(rows->Put("Name", Text("Amy")).ok());
+  const Status updated = rows->Update();
+  EXPECT_TRUE(updated.ok()) << Told(updated);
+  EXPECT_EQ(DaoFile::NamesOf(*users.one->OpenRecordset("SELECT Name FROM People").value()),
+            "Amy Bob");
+  EXPECT_EQ(FaultsOf(*users.one), "");
+}
+
+TEST(HostFiles, SaveNoRowWhoseColumnsAnotherChangedMeanwhile) {
+  TwoUsers users;
+  const auto rows = std::move(users.two->OpenRecordset("People").value());
+  ASSERT_TRUE(rows->AddNew().ok());
+  ASSERT_TRUE(rows->Put("Name", Text("Ann")).ok());
+
+  users.Run(*users.one, "ALTER TABLE People DROP COLUMN Note");
+  users.Run(*users.one, "ALTER TABLE People ADD COLUMN Town TEXT(20)");
+
+  EXPECT_EQ(rows->Update().number(), kObjectInvalid);
+  EXPECT_EQ(rows->Get("Name").number(), kObjectInvalid);
+  ASSERT_TRUE(rows->CancelUpdate().ok());
+  EXPECT_EQ(rows->RecordCount().value_or(9), 0);
+  ASSERT_TRUE(rows->AddNew().ok());
+  ASSERT_TRUE(rows->Put("Name", Text("Bob")).ok());
+  const Status saved = rows->Update();
+  EXPECT_TRUE(saved.ok()) << Told(saved);
+  EXPECT_EQ(FaultsOf(*users.one), "");
 }
 
 }  // namespace
