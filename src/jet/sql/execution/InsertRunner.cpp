@@ -149,7 +149,9 @@ Result<std::vector<std::vector<Value>>> GatherRows(Query& query) {
   }
 }
 
-Result<std::int64_t> InsertRows(SqlSession& session, const InsertStatement& insert, Table& table) {
+/// `own`: the table is one of the session's file, under whatever name the statement calls that.
+Result<std::int64_t> InsertRows(SqlSession& session, const InsertStatement& insert, Table& table,
+                                bool own) {
   Result<std::unique_ptr<Query>> query = MakeQuery(session, *insert.select);
   if (!query.ok()) return query.error();
   Result<std::vector<std::size_t>> positions = ColumnsFor(table, insert, query.value()->columns());
@@ -158,7 +160,7 @@ Result<std::int64_t> InsertRows(SqlSession& session, const InsertStatement& inse
   inserter.SetColumns(std::move(positions.value()));
 
   std::int64_t rows = 0;
-  if (insert.database.empty() && MayRead(*insert.select, insert.table)) {
+  if (own && MayRead(*insert.select, insert.table)) {
     const Result<std::vector<std::vector<Value>>> gathered = GatherRows(*query.value());
     if (!gathered.ok()) return gathered.error();
     query.value().reset();
@@ -195,7 +197,8 @@ Result<std::int64_t> RunInsert(SqlSession& session, const InsertStatement& inser
   if (!table.ok()) return table.error();
   if (const Status writable = table.value()->Writable(); !writable.ok()) return writable.error();
   AddValidationRules(*table.value(), session.context);
-  return insert.select ? InsertRows(session, insert, *table.value())
+  const bool own = catalog.value() == &session.catalog;
+  return insert.select ? InsertRows(session, insert, *table.value(), own)
                        : InsertValues(session, insert, *table.value());
 }
 

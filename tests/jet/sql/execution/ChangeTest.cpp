@@ -2,6 +2,7 @@
 
 #include "jet/catalog/Transaction.h"
 #include "jet/sql/execution/SqlFile.h"
+#include "jet/sql/syntax/Parser.h"
 
 namespace zent::jet::testing {
 namespace {
@@ -71,6 +72,23 @@ TEST(Insert, ReachesAnotherFile) {
   SqlSession alone{.catalog = file.catalog()};
   InsertStatement insert{.table = "t", .database = "C:\\Data\\Other.mdb"};
   EXPECT_EQ(Execute(alone, insert).number(), 3219);
+}
+
+TEST(Insert, TakesTheRowsOnceWhenTheOtherFileIsItsOwn) {
+  SqlFile file;
+  file.RunAll({"CREATE TABLE t (Id LONG)", "INSERT INTO t VALUES (1)", "INSERT INTO t VALUES (2)"});
+  SqlSession session{.catalog = file.catalog()};
+  session.open_other = [&](std::string_view) { return Result<Catalog*>(&file.catalog()); };
+  const Result<Statement> insert =
+      ParseStatement("INSERT INTO t IN \"C:\\Data\\Own.mdb\" SELECT * FROM t");
+  ASSERT_TRUE(insert.ok());
+
+  Result<Transaction> transaction = Transaction::Begin(file.catalog());
+  ASSERT_TRUE(transaction.ok());
+  EXPECT_EQ(Execute(session, insert.value()).value_or(-1), 2);
+  EXPECT_TRUE(transaction.value().Commit().ok());
+
+  EXPECT_EQ(file.Rows("SELECT * FROM t"), "1 / 2 / 1 / 2");
 }
 
 TEST(Update, ChangesTheRowsThatPass) {
