@@ -15,7 +15,6 @@ constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
 constexpr std::size_t kKeyUnits = 255;  // of a text, what one key takes
 constexpr int kMaxScale = 28;
 constexpr std::size_t kWords = 8;
-constexpr std::uint64_t kExactDoubles = std::uint64_t{1} << 52;
 
 void AppendBig(std::uint64_t value, unsigned size, std::string& key) {
   while (size-- > 0) key.push_back(static_cast<char>(value >> (8 * size)));
@@ -25,12 +24,6 @@ void AppendDouble(double number, std::string& key) {
   if (number == 0) number = 0;  // -0 is 0
   const auto bits = std::bit_cast<std::uint64_t>(number);
   AppendBig((bits & kSign) != 0 ? ~bits : bits | kSign, 8, key);
-}
-
-/// True when no other decimal of that size becomes the same double.
-bool IsSmall(const Decimal& decimal) {
-  const std::uint64_t low = (std::uint64_t{decimal.magnitude[2]} << 32U) | decimal.magnitude[3];
-  return decimal.magnitude[0] == 0 && decimal.magnitude[1] == 0 && low < kExactDoubles;
 }
 
 /// What a double loses of a large decimal: all its digits, as a whole number of 10^-28.
@@ -47,20 +40,18 @@ void AppendDigits(const Decimal& decimal, std::string& key) {
       carry >>= 32U;
     }
   }
-  key.push_back(decimal.negative ? '\x00' : '\x02');
   for (const std::uint32_t word : words) AppendBig(decimal.negative ? ~word : word, 4, key);
 }
 
 void AppendNumber(const Value& value, std::string& key) {
-  AppendDouble(DoubleOf(value), key);
+  const double nearest = DoubleOf(value);
+  AppendDouble(nearest, key);
   const bool decimal =
       std::holds_alternative<Currency>(value) || std::holds_alternative<Decimal>(value);
-  const std::optional<Decimal> exact = decimal ? DecimalOf(value) : std::nullopt;
-  if (exact && !IsSmall(*exact)) {
-    AppendDigits(*exact, key);
-  } else {
-    key.push_back('\x01');
-  }
+  const int order = decimal ? CompareToDouble(value, nearest) : 0;
+  key.push_back(static_cast<char>(1 + order));
+  const std::optional<Decimal> exact = order == 0 ? std::nullopt : DecimalOf(value);
+  if (exact) AppendDigits(*exact, key);
 }
 
 void AppendText(std::string_view text, std::string& key) {

@@ -31,6 +31,8 @@ int CompareNumbers(const Value& a, const Value& b) {
   const std::optional<Decimal> exact_a = DecimalOf(a);
   const std::optional<Decimal> exact_b = DecimalOf(b);
   if (exact_a && exact_b) return Compare(*exact_a, *exact_b);
+  if (exact_a) return CompareToDouble(a, DoubleOf(b));
+  if (exact_b) return -CompareToDouble(b, DoubleOf(a));
   return Order(DoubleOf(a), DoubleOf(b));
 }
 

@@ -92,16 +92,17 @@ TEST(Agreement, IndexesFindWhatAScanFinds) {
 TEST(Agreement, JoinsFindWhatAllPairsHave) {
   SqlFile file;
   file.RunAll({"CREATE TABLE a (n LONG, t TEXT(9))", "CREATE TABLE b (n DOUBLE, t TEXT(9))",
-               "CREATE TABLE c (n LONG, t TEXT(9))", "CREATE INDEX i ON c (n, t)"});
+               "CREATE TABLE c (n LONG, t TEXT(9))", "CREATE INDEX i ON c (n, t)",
+               "CREATE TABLE d (n DECIMAL(20, 18), t TEXT(9))"});
   RandomSql random(7);
   for (int i = 0; i < 60; ++i) {
-    for (const char* table : {"a", "b", "c"}) {
+    for (const char* table : {"a", "b", "c", "d"}) {
       const std::string n = random.Among({"1", "2", "3", "4", "NULL"});
       const std::string t = random.Among({"'x'", "'X'", "'y'", "NULL"});
       ASSERT_EQ(file.Run(fmt::format("INSERT INTO {} VALUES ({}, {})", table, n, t)), "1");
     }
   }
-  for (const char* other : {"b", "c"}) {
+  for (const char* other : {"b", "c", "d"}) {
     const std::string pairs = fmt::format("SELECT COUNT(*) FROM a, {0} WHERE ", other);
     const std::string joined = fmt::format("SELECT COUNT(*) FROM a INNER JOIN {0} ON ", other);
     const std::string equal = fmt::format("a.n = {0}.n AND a.t = {0}.t", other);
