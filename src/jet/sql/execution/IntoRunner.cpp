@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "jet/catalog/Catalog.h"
 #include "jet/schema/Schema.h"
@@ -10,16 +12,25 @@
 namespace zent::jet {
 namespace {
 
-/// A table for what the query gives: its first row tells the types of expressions.
+/// A table for what the query gives. What expressions give is known when all rows were seen.
 Result<NewTable> TableFor(SqlSession& session, const SelectStatement& select) {
   Result<std::unique_ptr<Query>> query = MakeQuery(session, select);
   if (!query.ok()) return query.error();
-  const Result<bool> found = query.value()->Next();
-  if (!found.ok()) return found.error();
+  const std::vector<ResultColumn>& columns = query.value()->columns();
+  std::vector<SeenValues> seen(columns.size());
+  bool more = std::any_of(columns.begin(), columns.end(),
+                          [](const ResultColumn& column) { return !column.type; });
+  while (more) {
+    const Result<bool> found = query.value()->Next();
+    if (!found.ok()) return found.error();
+    more = found.value();
+    for (std::size_t i = 0; more && i < columns.size(); ++i) {
+      if (!columns[i].type) seen[i].Add(query.value()->row()[i]);
+    }
+  }
   NewTable table{.name = select.into};
-  for (std::size_t i = 0; i < query.value()->columns().size(); ++i) {
-    table.columns.push_back(MakeColumn(query.value()->columns()[i],
-                                       found.value() ? query.value()->row()[i] : Value(Null())));
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    table.columns.push_back(MakeColumn(columns[i], seen[i]));
   }
   return table;
 }

@@ -117,6 +117,10 @@ std::vector<ResultColumn> DescribeColumns(const SelectStatement& select, RowFram
       column.column = definition.name;
       column.type = definition.type;
       column.size = definition.length;
+      if (definition.type == ColumnType::Numeric) {
+        column.precision = definition.precision();
+        column.scale = definition.scale();
+      }
       if (column.name.empty()) column.name = definition.name;
     }
     if (column.name.empty()) column.name = fmt::format("Expr{}", kFirstExpressionNumber + i);

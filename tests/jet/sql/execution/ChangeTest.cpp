@@ -58,6 +58,27 @@ TEST(Insert, TakesTheRowsOfAQuery) {
                {"a table that is there", "SELECT * INTO c FROM a", "error 3010"}});
 }
 
+TEST(SelectInto, LosesNothingOfTheValues) {
+  SqlFile file;
+  file.RunAll({"CREATE TABLE a (Id LONG, d DECIMAL(12, 4))", "INSERT INTO a VALUES (1, NULL)",
+               "INSERT INTO a VALUES (2, '12.3456')", "INSERT INTO a VALUES (3, '99999999.5')"});
+  ExpectSteps(
+      file,
+      {{"a decimal column", "SELECT d INTO b FROM a", "3"},
+       {"of the same digits", "SELECT * FROM b", "NULL / 12.3456 / 99999999.5000"},
+       {"a number that is whole at first", "SELECT IIf(Id < 2, Id, Id / 4) AS n INTO c FROM a",
+        "3"},
+       {"all of it", "SELECT * FROM c", "1 / 0.5 / 0.75"},
+       {"null at first", "SELECT IIf(Id < 2, NULL, Id) AS n INTO d FROM a", "3"},
+       {"a number all the same", "SELECT n + 1 FROM d", "NULL / 3 / 4"},
+       {"whole numbers that grow", "SELECT IIf(Id < 2, 1, Id * 100000) AS n INTO e FROM a", "3"},
+       {"as they are", "SELECT * FROM e", "1 / 200000 / 300000"},
+       {"yes and a number", "SELECT IIf(Id < 2, TRUE, CByte(Id)) AS n INTO f FROM a", "3"},
+       {"both", "SELECT * FROM f", "-1 / 2 / 3"},
+       {"a number and a text", "SELECT IIf(Id < 2, Id, 'x') AS n INTO g FROM a", "3"},
+       {"both as text", "SELECT * FROM g", "1 / x / x"}});
+}
+
 TEST(Insert, ReachesAnotherFile) {
   SqlFile file;
   file.RunAll({"CREATE TABLE t (Id LONG)", "INSERT INTO t VALUES (1)", "INSERT INTO t VALUES (2)"});
