@@ -29,7 +29,6 @@ Field FieldOfColumn(const ResultColumn& column) {
   field.source_field = column.column;
   field.type = column.type ? ToDataType(*column.type) : DataType::ShortText;
   field.size = column.size;
-  if (column.type == ColumnType::Text) field.size = static_cast<std::uint16_t>(column.size / 2);
   return field;
 }
 

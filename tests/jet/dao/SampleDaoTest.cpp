@@ -199,5 +199,49 @@ TEST(SampleDao, CopiesTablesOfAccess97IntoNewFiles) {
   EXPECT_GT(rows, 2000U);
 }
 
+/// The text fields of a table, as a list for SELECT; empty without any.
+std::string ListOfTexts(const TableDef& table) {
+  std::string list;
+  const Collection<Field> fields = table.Fields().value_or({});
+  for (const Field& field : fields) {
+    if (field.type != DataType::ShortText) continue;
+    list += (list.empty() ? "[" : ", [") + field.name + "]";
+  }
+  return list;
+}
+
+// Its characters take one byte each, and those of the new file two.
+TEST(SampleDao, KeepsTheSizesOfTextsOfAccess97) {
+  std::size_t texts = 0;
+  for (const std::filesystem::path& path : SamplePaths()) {
+    if (!IsJet3(path)) continue;
+    SCOPED_TRACE(path.filename().string());
+    SampleCopy given(path);
+    ASSERT_TRUE(given.db);
+    const std::string target = (given.folder.path() / "New.mdb").string();
+    const auto made = std::move(given.workspace.CreateDatabase(target).value());
+    for (const TableDef& table : OwnTables(*given.db)) {
+      const std::string list = ListOfTexts(table);
+      if (list.empty()) continue;
+      SCOPED_TRACE(table.name());
+      const std::string from = " FROM [" + table.name() + "]";
+      const auto copy = given.db->OpenRecordset("SELECT " + list + from, RecordsetType::Snapshot);
+      ASSERT_TRUE(copy.ok()) << Told(copy.status());
+      const Status done = given.db->Execute("SELECT " + list + " INTO [" + table.name() +
+                                            "] IN \"" + target + "\"" + from);
+      ASSERT_TRUE(done.ok()) << Told(done);
+      const TableDef copied = made->FindTableDef(table.name()).value();
+      EXPECT_EQ(copied.RecordCount().value_or(-1), table.RecordCount().value_or(-2));
+      const Collection<Field> fields = copied.Fields().value_or({});
+      for (std::size_t i = 0; i < fields.count(); ++i, ++texts) {
+        const Field old = table.Fields().value().Find(fields[i].name).value();
+        EXPECT_EQ(fields[i].size, old.size) << old.name;
+        EXPECT_EQ(copy.value()->Fields()[i].size, old.size) << old.name;
+      }
+    }
+  }
+  EXPECT_GT(texts, 10U);
+}
+
 }  // namespace
 }  // namespace zent::jet::testing

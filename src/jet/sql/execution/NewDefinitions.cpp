@@ -6,7 +6,6 @@ namespace zent::jet {
 namespace {
 
 constexpr std::size_t kLongestName = 64;
-constexpr std::uint16_t kUnitSize = 2;
 constexpr std::uint8_t kMostDigits = 28;
 constexpr std::uint8_t kCurrencyDecimals = 4;
 
@@ -91,8 +90,7 @@ NewColumn MakeColumn(const ResultColumn& column, const SeenValues& seen) {
     made.scale = seen.scale();
   } else {
     made.type = *column.type;
-    if (made.type == ColumnType::Text) made.size = column.size / kUnitSize;
-    if (made.type == ColumnType::Binary) made.size = column.size;
+    if (made.type == ColumnType::Text || made.type == ColumnType::Binary) made.size = column.size;
     if (made.type == ColumnType::Numeric) {
       made.precision = column.precision;
       made.scale = column.scale;

@@ -18,7 +18,7 @@ struct ResultColumn {
   std::string column = {};  ///< its name there
   /// Of the table's column; of an expression nothing: its values tell.
   std::optional<ColumnType> type = {};
-  std::uint16_t size = 0;      ///< of the table's column, bytes
+  std::uint16_t size = 0;      ///< of the table's column: characters of a text, else bytes
   std::uint8_t precision = 0;  ///< of a numeric column of a table: digits
   std::uint8_t scale = 0;      ///< ... and those behind the point
 };

@@ -25,6 +25,12 @@ SelectColumn ColumnOf(const TableSource& source, const std::string& name) {
   return {.expression = std::move(column)};
 }
 
+/// Characters of a text, which take two bytes each in Jet 4; else bytes.
+std::uint16_t SizeOf(JetVersion version, const ColumnDefinition& column) {
+  const bool wide = column.type == ColumnType::Text && version == JetVersion::Jet4;
+  return static_cast<std::uint16_t>(wide ? column.length / 2U : column.length);
+}
+
 /// The place of a column number: ORDER BY 2.
 std::optional<std::size_t> NumberedColumn(const Expression& term) {
   const auto* const number = std::get_if<std::int16_t>(&term.value);
@@ -116,7 +122,7 @@ std::vector<ResultColumn> DescribeColumns(const SelectStatement& select, RowFram
       column.table = frame.table(table).name();
       column.column = definition.name;
       column.type = definition.type;
-      column.size = definition.length;
+      column.size = SizeOf(frame.table(table).definition().version, definition);
       if (definition.type == ColumnType::Numeric) {
         column.precision = definition.precision();
         column.scale = definition.scale();
