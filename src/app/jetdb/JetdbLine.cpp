@@ -69,6 +69,7 @@ void AddReadingVerbs(CLI::App& app, JetdbLine& line) {
   AddSharing(tables, line, false);
   CLI::App& dump = AddVerb(app, line, JetdbVerb::Dump, "dump",
                            "Print everything that it holds as one JSON object");
+  dump.add_option("--table", line.table, "Of the tables this one alone")->type_name("NAME");
   dump.add_flag("--no-rows", line.no_rows, "Leave the rows out");
   dump.add_flag("--whole-values", line.whole_values,
                 "Print values of more than 4096 characters or bytes, not their SHA-256");

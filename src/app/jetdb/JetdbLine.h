@@ -30,6 +30,7 @@ struct JetdbLine {
 
   bool all = false;                          ///< tables: those of the system as well
   RowFormat format = RowFormat::Text;        ///< tables, sql
+  std::string table = {};                    ///< dump: this one alone; empty: all
   bool no_rows = false;                      ///< dump
   bool whole_values = false;                 ///< dump
   bool quiet = false;                        ///< verify: the faults alone

@@ -103,6 +103,7 @@ Result<bool> RunDump(JetdbHost& host, const JetdbLine& line) {
   if (!opened.ok()) return opened.error();
   const Status dumped = jet::DumpDatabase(*opened.value().catalog,
                                           {.file_name = NameOfFile(line.file),
+                                           .table = line.table,
                                            .rows = !line.no_rows,
                                            .whole_values = line.whole_values},
                                           [&](std::string_view text) { host.output() << text; });

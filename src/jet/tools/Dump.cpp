@@ -1,8 +1,11 @@
 #include "jet/tools/Dump.h"
 
 #include <algorithm>
+#include <iterator>
 
+#include "base/CaseFold.h"
 #include "base/Utf.h"
+#include "jet/format/JetErrors.h"
 #include "jet/tools/DatabaseFacts.h"
 #include "jet/tools/TableDump.h"
 #include "jet/tools/ValueJson.h"
@@ -23,11 +26,13 @@ class DatabaseDump {
         version_(catalog.pager().version()) {}
 
   Status Write() {
+    if (Status chosen = ChooseTables(); !chosen.ok()) return chosen;
     json_.BeginObject();
     Status done = WriteHeader();
     if (done.ok()) done = WriteDocuments();
-    if (done.ok()) done = WriteObjects();
-    if (done.ok()) done = WriteRelationships();
+    if (!done.ok()) return done;
+    WriteObjects();
+    done = WriteRelationships();
     if (done.ok()) done = WriteTables();
     if (!done.ok()) return done;
     json_.EndObject();
@@ -72,10 +77,24 @@ class DatabaseDump {
     return {};
   }
 
-  Status WriteObjects() {
+  /// By name, in the order of the UTF-16 units.
+  Status ChooseTables() {
     Result<std::vector<CatalogObject>> objects = catalog_.Objects();
     if (!objects.ok()) return objects.error();
     objects_ = std::move(objects.value());
+    std::copy_if(objects_.begin(), objects_.end(), std::back_inserter(tables_),
+                 [&](const CatalogObject& one) {
+                   return one.IsLocalTable() && !one.IsSystem() &&
+                          (options_.table.empty() || SameName(one.name, options_.table));
+                 });
+    if (tables_.empty() && !options_.table.empty()) return JetError(kNoSuchTable, options_.table);
+    std::sort(tables_.begin(), tables_.end(), [](const CatalogObject& a, const CatalogObject& b) {
+      return ToUtf16(a.name) < ToUtf16(b.name);
+    });
+    return {};
+  }
+
+  void WriteObjects() {
     json_.Key("objects", Line::New);
     json_.BeginArray();
     for (const CatalogObject& object : objects_) {
@@ -94,7 +113,6 @@ class DatabaseDump {
       if (object.IsLinked()) WriteLink(object);
     }
     json_.EndArray();
-    return {};
   }
 
   void WriteLink(const CatalogObject& object) {
@@ -130,17 +148,10 @@ class DatabaseDump {
     return {};
   }
 
-  /// By name, in the order of the UTF-16 units.
   Status WriteTables() {
-    std::vector<CatalogObject> tables;
-    std::copy_if(objects_.begin(), objects_.end(), std::back_inserter(tables),
-                 [](const CatalogObject& one) { return one.IsLocalTable() && !one.IsSystem(); });
-    std::sort(tables.begin(), tables.end(), [](const CatalogObject& a, const CatalogObject& b) {
-      return ToUtf16(a.name) < ToUtf16(b.name);
-    });
     json_.Key("tables", Line::New);
     json_.BeginArray();
-    for (const CatalogObject& table : tables) {
+    for (const CatalogObject& table : tables_) {
       TableDump dump(catalog_, objects_, json_, values_);
       if (Status done = dump.Write(table, options_.rows); !done.ok()) return done;
     }
@@ -154,6 +165,7 @@ class DatabaseDump {
   ValueJson values_;
   JetVersion version_;
   std::vector<CatalogObject> objects_;
+  std::vector<CatalogObject> tables_;  ///< those to be written with all they hold
 };
 
 }  // namespace

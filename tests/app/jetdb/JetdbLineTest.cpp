@@ -37,9 +37,11 @@ TEST(JetdbLine, TakesWhatEachVerbHas) {
   EXPECT_TRUE(sql.read_only);
   EXPECT_EQ(sql.password.text, "p");
 
-  const JetdbLine dump = LineOf({"dump", "/d/a.mdb", "--no-rows", "--whole-values"});
+  const JetdbLine dump =
+      LineOf({"dump", "/d/a.mdb", "--table", "People", "--no-rows", "--whole-values"});
   EXPECT_EQ(dump.verb, JetdbVerb::Dump);
   EXPECT_EQ(dump.file, "/d/a.mdb");
+  EXPECT_EQ(dump.table, "People");
   EXPECT_TRUE(dump.no_rows);
   EXPECT_TRUE(dump.whole_values);
 
@@ -90,7 +92,7 @@ const std::map<std::string, std::vector<std::string>>& OptionsOfVerbs() {
   static const std::map<std::string, std::vector<std::string>> options = {
       {"info", {"--exclusive"}},
       {"tables", {"--all", "--format", "--exclusive"}},
-      {"dump", {"--no-rows", "--whole-values", "--exclusive"}},
+      {"dump", {"--table", "--no-rows", "--whole-values", "--exclusive"}},
       {"verify", {"--quiet", "--exclusive"}},
       {"sql", {"--file", "--single-transaction", "--format", "--exclusive", "--read-only"}},
       {"create", {}},

@@ -77,6 +77,21 @@ TEST_F(JetdbVerbs, DumpPrintsJson) {
   EXPECT_THAT(host.printed, Not(HasSubstr("Ada")));
 }
 
+TEST_F(JetdbVerbs, DumpPrintsOneTableWhereItIsAskedFor) {
+  ASSERT_EQ(host.Run({"sql", "a.mdb",
+                      "CREATE TABLE Pets (Name TEXT(20)); INSERT INTO Pets VALUES ('Rex')"}),
+            0);
+  EXPECT_EQ(host.Run({"dump", "a.mdb"}), 0);
+  EXPECT_THAT(host.printed, HasSubstr("\"Ada\""));
+  EXPECT_THAT(host.printed, HasSubstr("\"Rex\""));
+  EXPECT_EQ(host.Run({"dump", "a.mdb", "--table", "pets"}), 0) << host.complained;
+  EXPECT_THAT(host.printed, Not(HasSubstr("\"Ada\"")));
+  EXPECT_THAT(host.printed, HasSubstr("\"Rex\""));
+  EXPECT_EQ(host.Run({"dump", "a.mdb", "--table", "Cars"}), 1);
+  EXPECT_THAT(host.complained, StartsWith("jetdb: 3078: "));
+  EXPECT_EQ(host.printed, "");
+}
+
 TEST_F(JetdbVerbs, VerifyEndsWithOneForFaults) {
   EXPECT_EQ(host.Run({"verify", "a.mdb"}), 0);
   EXPECT_THAT(host.printed, HasSubstr("no faults"));
