@@ -19,6 +19,8 @@ class JetdbHost {
   virtual jet::Storage& storage() = 0;
   virtual std::ostream& output() = 0;
   virtual std::ostream& errors() = 0;
+  /// Whether both paths lead to the same file, which is there.
+  virtual bool IsSameFile(const std::string& a, const std::string& b) = 0;
   /// The text of a file; "-" is standard input, to its end.
   virtual Result<std::string> ReadText(const std::string& path) = 0;
   /// A variable of the environment; nothing when there is none.

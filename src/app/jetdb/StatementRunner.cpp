@@ -52,8 +52,7 @@ Status StatementRunner::Print(const jet::SelectStatement& select) {
 }
 
 Status StatementRunner::Change(const jet::Statement& statement) {
-  if (Status begun = Begin(); !begun.ok()) return begun;
-  const Result<std::int64_t> changed = jet::Execute(session_, statement);
+  const Result<std::int64_t> changed = Execute(statement);
   if (!changed.ok()) {
     others_.clear();
     transaction_.reset();
@@ -68,6 +67,22 @@ Status StatementRunner::Change(const jet::Statement& statement) {
   return {};
 }
 
+Result<std::int64_t> StatementRunner::Execute(const jet::Statement& statement) {
+  const std::string_view target = jet::TargetFileOf(statement);
+  if (target.empty() || IsOwn(target)) {
+    if (Status begun = Begin(); !begun.ok()) return begun.error();
+    return jet::Execute(session_, statement);
+  }
+  // A file that is only read need not be writable.
+  const jet::ReadScope scope(*database_.pager);
+  if (!scope.status().ok()) return scope.status().error();
+  return jet::Execute(session_, statement);
+}
+
+bool StatementRunner::IsOwn(std::string_view path) {
+  return host_.IsSameFile(std::string(path), database_.pager->path());
+}
+
 Status StatementRunner::Begin() {
   if (transaction_) return {};
   Result<jet::Transaction> begun = jet::Transaction::Begin(*database_.catalog);
@@ -78,7 +93,6 @@ Status StatementRunner::Begin() {
 
 /// Files that rows were copied into come first: if that fails, they are nowhere.
 Status StatementRunner::Commit() {
-  if (!transaction_) return {};
   for (auto& [path, other] : others_) {
     if (Status committed = other.transaction->Commit(); !committed.ok()) {
       transaction_.reset();
@@ -86,6 +100,7 @@ Status StatementRunner::Commit() {
     }
   }
   others_.clear();
+  if (!transaction_) return {};
   Status committed = transaction_->Commit();
   transaction_.reset();
   return committed;
@@ -94,6 +109,7 @@ Status StatementRunner::Commit() {
 Status StatementRunner::Finish() { return Commit(); }
 
 Result<jet::Catalog*> StatementRunner::OpenOther(std::string_view path) {
+  if (IsOwn(path)) return database_.catalog.get();
   const auto known = others_.find(path);
   if (known != others_.end()) return known->second.database.catalog.get();
   Result<OpenedDatabase> opened = OpenDatabase(host_, std::string(path), {}, jet::Sharing::Shared);

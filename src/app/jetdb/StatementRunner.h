@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
@@ -33,6 +34,8 @@ class StatementRunner {
   Status RunParsed(const jet::Statement& statement);
   Status Print(const jet::SelectStatement& select);
   Status Change(const jet::Statement& statement);
+  Result<std::int64_t> Execute(const jet::Statement& statement);
+  bool IsOwn(std::string_view path);
   Status Begin();
   Status Commit();
   Result<jet::Catalog*> OpenOther(std::string_view path);

@@ -59,15 +59,6 @@ class OtherFile {
   bool begun_ = false;
 };
 
-/// The other file that a statement names for its rows; empty: it changes the file it runs on.
-std::string_view TargetOf(const Statement& statement) {
-  if (const auto* const insert = std::get_if<InsertStatement>(&statement)) return insert->database;
-  if (const auto* const select = std::get_if<SelectStatement>(&statement)) {
-    return select->into_database;
-  }
-  return {};
-}
-
 bool OnlyReads(const Statement& statement) {
   const auto* const select = std::get_if<SelectStatement>(&statement);
   return select != nullptr && select->into.empty();
@@ -90,7 +81,7 @@ Result<std::int64_t> RunStatement(DatabaseCore& core, std::string_view statement
     rows = changed.value();
     return other.Commit();
   };
-  const std::string_view target = TargetOf(parsed.value());
+  const std::string_view target = TargetFileOf(parsed.value());
   // A file that is only read need not be writable.
   const bool reads = !target.empty() && !SameName(target, core.name);
   const Status done = reads ? core.ReadWhole(run) : core.Change(run);

@@ -16,6 +16,7 @@ class FakeJetdbHost final : public JetdbHost {
   jet::Storage& storage() override { return storage_; }
   std::ostream& output() override { return output_; }
   std::ostream& errors() override { return errors_; }
+  bool IsSameFile(const std::string& a, const std::string& b) override { return a == b; }
   Result<std::string> ReadText(const std::string& path) override;
   std::optional<std::string> Variable(const std::string& name) override;
   jet::User user() override { return {.computer = "PC1"}; }

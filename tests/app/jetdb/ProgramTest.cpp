@@ -55,6 +55,17 @@ TEST(Jetdb, MakesFillsChecksAndCompactsADatabase) {
             {"help", {"--help"}, 0, "compact"}});
 }
 
+TEST(Jetdb, KnowsItsOwnFileUnderAnotherName) {
+  const TempFolder folder;
+  RunSteps(folder, {{"create", {"create", "a.mdb"}, 0, ""},
+                    {"a table", {"sql", "a.mdb", "CREATE TABLE T (N LONG)"}, 0, ""},
+                    {"a row", {"sql", "a.mdb", "INSERT INTO T VALUES (1)"}, 0, ""},
+                    {"its copy",
+                     {"sql", "a.mdb", "INSERT INTO T IN './a.mdb' SELECT N FROM T"},
+                     0,
+                     "(1 rows changed)"}});
+}
+
 TEST(Jetdb, TakesNamesInAnyLetters) {
   const TempFolder folder;
   RunSteps(folder, {{"create", {"create", "D\xC3\xA4t\xC3\xA9n.mdb"}, 0, ""},

@@ -167,6 +167,37 @@ TEST_F(JetdbVerbs, SqlCopiesIntoAnotherFile) {
   EXPECT_EQ(host.printed, "Name\nAda\nBob; Jr.\n");
 }
 
+TEST_F(JetdbVerbs, SqlCopiesFromAFileThatIsOnlyRead) {
+  constexpr const char* kCopy = "SELECT Name INTO Copied IN \"b.mdb\" FROM People";
+  EXPECT_EQ(host.Run({"create", "b.mdb"}), 0);
+  const std::string before = host.files().Bytes("a.mdb");
+  EXPECT_EQ(host.Run({"sql", "a.mdb", "--read-only", kCopy}), 0) << host.complained;
+  EXPECT_EQ(host.Run({"sql", "a.mdb", "--read-only", "--single-transaction",
+                      "INSERT INTO Copied IN \"b.mdb\" SELECT Name FROM People"}),
+            0)
+      << host.complained;
+  EXPECT_EQ(host.files().Bytes("a.mdb"), before);
+  EXPECT_EQ(host.Run({"sql", "b.mdb", "--format", "csv", "SELECT Name FROM Copied"}), 0);
+  EXPECT_EQ(host.printed, "Name\nAda\nBob; Jr.\nAda\nBob; Jr.\n");
+}
+
+TEST_F(JetdbVerbs, SqlUndoesWhatItCopiedWithTheRestOfASingleTransaction) {
+  EXPECT_EQ(host.Run({"create", "b.mdb"}), 0);
+  EXPECT_EQ(host.Run({"sql", "a.mdb", "--single-transaction",
+                      "SELECT Name INTO Copied IN \"b.mdb\" FROM People; SELECT * FROM Nowhere"}),
+            1);
+  EXPECT_EQ(host.Run({"sql", "b.mdb", "SELECT * FROM Copied"}), 1);
+  EXPECT_THAT(host.complained, StartsWith("jetdb: 3078: "));
+}
+
+TEST_F(JetdbVerbs, SqlKnowsItsOwnFileAsTheOtherOne) {
+  EXPECT_EQ(host.Run({"sql", "a.mdb",
+                      "INSERT INTO People (Name) IN \"a.mdb\" SELECT Name & '2' FROM People"}),
+            0)
+      << host.complained;
+  EXPECT_EQ(Names(), "Name\nAda\nAda2\nBob; Jr.\nBob; Jr.2\n");
+}
+
 TEST_F(JetdbVerbs, CompactWritesANewFileAlone) {
   EXPECT_EQ(host.Run({"compact", "a.mdb", "c.mdb"}), 0) << host.complained;
   EXPECT_EQ(host.Run({"verify", "c.mdb"}), 0) << host.printed;

@@ -6,9 +6,11 @@
 #include <cerrno>
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <system_error>
 
 #include "jet/format/ValueText.h"
 
@@ -16,6 +18,11 @@ namespace zent {
 
 std::ostream& LinuxJetdbHost::output() { return std::cout; }
 std::ostream& LinuxJetdbHost::errors() { return std::cerr; }
+
+bool LinuxJetdbHost::IsSameFile(const std::string& a, const std::string& b) {
+  std::error_code error;
+  return a == b || std::filesystem::equivalent(a, b, error);
+}
 
 Result<std::string> LinuxJetdbHost::ReadText(const std::string& path) {
   if (path == "-") return std::string(std::istreambuf_iterator<char>(std::cin), {});

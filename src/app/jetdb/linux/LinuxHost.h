@@ -11,6 +11,7 @@ class LinuxJetdbHost final : public JetdbHost {
   jet::Storage& storage() override { return storage_; }
   std::ostream& output() override;
   std::ostream& errors() override;
+  bool IsSameFile(const std::string& a, const std::string& b) override;
   Result<std::string> ReadText(const std::string& path) override;
   std::optional<std::string> Variable(const std::string& name) override;
   jet::User user() override;

@@ -1,6 +1,7 @@
 #include "app/jetdb/windows/WindowsHost.h"
 
 #include <array>
+#include <optional>
 #include <vector>
 
 #include "jet/format/ValueText.h"
@@ -35,10 +36,28 @@ std::string ReadInput() {
   }
 }
 
+/// What tells a file from all others; nothing when it is not there.
+std::optional<BY_HANDLE_FILE_INFORMATION> IdentityOf(const std::string& path) {
+  constexpr DWORD kWhoeverHasIt = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  const UniqueHandle file(
+      CreateFileW(WideOf(path).c_str(), 0, kWhoeverHasIt, nullptr, OPEN_EXISTING, 0, nullptr));
+  BY_HANDLE_FILE_INFORMATION identity = {};
+  if (!file.ok() || GetFileInformationByHandle(file.get(), &identity) == FALSE) return std::nullopt;
+  return identity;
+}
+
 }  // namespace
 
 WindowsJetdbHost::WindowsJetdbHost()
     : output_(GetStdHandle(STD_OUTPUT_HANDLE)), errors_(GetStdHandle(STD_ERROR_HANDLE)) {}
+
+bool WindowsJetdbHost::IsSameFile(const std::string& a, const std::string& b) {
+  if (a == b) return true;
+  const std::optional<BY_HANDLE_FILE_INFORMATION> one = IdentityOf(a);
+  const std::optional<BY_HANDLE_FILE_INFORMATION> other = IdentityOf(b);
+  return one && other && one->dwVolumeSerialNumber == other->dwVolumeSerialNumber &&
+         one->nFileIndexHigh == other->nFileIndexHigh && one->nFileIndexLow == other->nFileIndexLow;
+}
 
 Result<std::string> WindowsJetdbHost::ReadText(const std::string& path) {
   if (path == "-") return ReadInput();

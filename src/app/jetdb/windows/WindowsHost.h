@@ -17,6 +17,7 @@ class WindowsJetdbHost final : public JetdbHost {
   jet::Storage& storage() override { return storage_; }
   std::ostream& output() override { return output_; }
   std::ostream& errors() override { return errors_; }
+  bool IsSameFile(const std::string& a, const std::string& b) override;
   Result<std::string> ReadText(const std::string& path) override;
   std::optional<std::string> Variable(const std::string& name) override;
   jet::User user() override;

@@ -39,6 +39,14 @@ Result<std::int64_t> Execute(SqlSession& session, const Statement& statement) {
   return std::visit(Runner{session}, statement);
 }
 
+std::string_view TargetFileOf(const Statement& statement) {
+  if (const auto* const insert = std::get_if<InsertStatement>(&statement)) return insert->database;
+  if (const auto* const select = std::get_if<SelectStatement>(&statement)) {
+    return select->into_database;
+  }
+  return {};
+}
+
 Result<std::unique_ptr<ResultSet>> OpenQuery(SqlSession& session, const SelectStatement& select) {
   if (!select.into.empty()) {
     return JetErrorBecause(kInvalidOperation, "SELECT INTO makes a table: it gives no rows");
