@@ -1,6 +1,7 @@
 #include "app/jetdb/OpenedDatabase.h"
 
 #include "jet/format/JetErrors.h"
+#include "jet/sql/execution/ValidationRules.h"
 #include "jet/tools/DatabaseFacts.h"
 
 namespace zent {
@@ -40,6 +41,13 @@ Result<OpenedDatabase> OpenDatabase(JetdbHost& host, const std::string& path,
   if (!pager.ok()) return pager.error();
   Result<std::unique_ptr<jet::Catalog>> catalog = jet::Catalog::Open(*pager.value());
   if (!catalog.ok()) return catalog.error();
+  // Rows of other tables that a change cascades to are held to their rules as well.
+  catalog.value()->SetTableHook([&host](jet::Table& table) {
+    jet::EvaluationContext context;
+    context.now = host.Now();
+    jet::AddValidationRules(table, context);
+    return Status();
+  });
   return OpenedDatabase{.pager = std::move(pager.value()), .catalog = std::move(catalog.value())};
 }
 

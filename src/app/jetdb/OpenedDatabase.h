@@ -21,6 +21,7 @@ struct OpenedDatabase {
 /// Opens the pages alone.
 Result<std::unique_ptr<jet::Pager>> OpenPages(JetdbHost& host, const std::string& path,
                                               const std::string& password, jet::Sharing sharing);
+/// `host` must outlive it.
 Result<OpenedDatabase> OpenDatabase(JetdbHost& host, const std::string& path,
                                     const std::string& password, jet::Sharing sharing);
 /// As the options of a reading verb say.

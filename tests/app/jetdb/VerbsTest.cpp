@@ -2,7 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "app/jetdb/FakeHost.h"
+#include "jet/catalog/Catalog.h"
+#include "jet/catalog/Transaction.h"
 #include "jet/fakes/TestDatabase.h"
+#include "jet/schema/Schema.h"
 
 /// The verbs of jetdb on files in memory.
 namespace zent::testing {
@@ -196,6 +199,38 @@ TEST_F(JetdbVerbs, SqlKnowsItsOwnFileAsTheOtherOne) {
             0)
       << host.complained;
   EXPECT_EQ(Names(), "Name\nAda\nAda2\nBob; Jr.\nBob; Jr.2\n");
+}
+
+/// Gives a column of a table in a.mdb a rule, as Access would.
+void GiveRule(FakeJetdbHost& host, std::string_view table, std::string_view column,
+              std::string_view rule) {
+  const auto pager = jet::Pager::Open(host.storage(), "a.mdb", {});
+  ASSERT_TRUE(pager.ok());
+  const auto catalog = jet::Catalog::Open(*pager.value());
+  ASSERT_TRUE(catalog.ok());
+  Result<jet::Transaction> transaction = jet::Transaction::Begin(*catalog.value());
+  ASSERT_TRUE(transaction.ok());
+  const Result<jet::Property> property =
+      jet::MakeProperty("ValidationRule", jet::ColumnType::Memo, false, jet::Text(rule));
+  ASSERT_TRUE(property.ok());
+  EXPECT_TRUE(jet::Schema(*catalog.value()).SetProperty(table, column, property.value()).ok());
+  EXPECT_TRUE(transaction.value().Commit().ok());
+}
+
+TEST_F(JetdbVerbs, SqlHoldsRowsThatAChangeCascadesToToTheirRules) {
+  ASSERT_EQ(host.Run({"sql", "a.mdb",
+                      "CREATE TABLE Rooms ([No] LONG PRIMARY KEY);"
+                      "CREATE TABLE Beds (Room LONG, CONSTRAINT k FOREIGN KEY (Room) "
+                      "REFERENCES Rooms ([No]) ON UPDATE CASCADE);"
+                      "INSERT INTO Rooms VALUES (1); INSERT INTO Beds VALUES (1)"}),
+            0)
+      << host.complained;
+  GiveRule(host, "Beds", "Room", "<5");
+  EXPECT_EQ(host.Run({"sql", "a.mdb", "UPDATE Rooms SET [No] = 9"}), 1);
+  EXPECT_THAT(host.complained, StartsWith("jetdb: 3316: "));
+  EXPECT_EQ(host.Run({"sql", "a.mdb", "UPDATE Rooms SET [No] = 4"}), 0) << host.complained;
+  EXPECT_EQ(host.Run({"sql", "a.mdb", "--format", "csv", "SELECT Room FROM Beds"}), 0);
+  EXPECT_EQ(host.printed, "Room\n4\n");
 }
 
 TEST_F(JetdbVerbs, CompactWritesANewFileAlone) {
