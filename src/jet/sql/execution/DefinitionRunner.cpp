@@ -1,5 +1,3 @@
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <utility>
 
@@ -7,6 +5,7 @@
 #include "jet/format/JetErrors.h"
 #include "jet/format/TextKey.h"
 #include "jet/schema/Schema.h"
+#include "jet/sql/execution/MadeNames.h"
 #include "jet/sql/execution/NewDefinitions.h"
 #include "jet/sql/execution/StatementRunners.h"
 
@@ -37,7 +36,12 @@ Status CreateForeignKey(SqlSession& session, const std::string& table,
                         const ForeignKeySpecification& key) {
   Relationship relationship{
       .name = key.name, .table = table, .referenced_table = key.referenced_table};
-  if (relationship.name.empty()) relationship.name = key.referenced_table + table;
+  if (relationship.name.empty()) {
+    Result<std::string> made =
+        FreeRelationshipName(session.catalog, table, key.referenced_table + table);
+    if (!made.ok()) return made.error();
+    relationship.name = std::move(made.value());
+  }
   Result<std::vector<std::string>> referenced = key.referenced_columns;
   if (key.referenced_columns.empty()) {
     referenced = PrimaryColumns(session.catalog, key.referenced_table);
@@ -50,15 +54,6 @@ Status CreateForeignKey(SqlSession& session, const std::string& table,
   if (key.cascades_updates) relationship.flags |= kCascadesUpdates;
   if (key.cascades_deletes) relationship.flags |= kCascadesDeletes;
   return SchemaOf(session).CreateRelationship(relationship);
-}
-
-/// Copies a column's values into another, converted.
-Status CopyColumn(SqlSession& session, const std::string& table, const std::string& from,
-                  const std::string& to) {
-  UpdateStatement update{.table = {table}};
-  update.assignments.push_back(
-      {Node(ExpressionKind::Column, {}, to), Node(ExpressionKind::Column, {}, from)});
-  return RunUpdate(session, update).status();
 }
 
 }  // namespace
@@ -93,21 +88,6 @@ Status RunDefinition(SqlSession& session, const AddColumnStatement& add) {
 Status RunDefinition(SqlSession& session, const AddConstraintStatement& add) {
   if (add.foreign_key) return CreateForeignKey(session, add.table, *add.foreign_key);
   return SchemaOf(session).CreateIndex(add.table, MakeIndex(*add.index));
-}
-
-Status RunDefinition(SqlSession& session, const AlterColumnStatement& alter) {
-  Schema schema = SchemaOf(session);
-  const Result<Table*> table = session.catalog.OpenTable(alter.table);
-  if (!table.ok()) return table.error();
-  const Result<std::size_t> position = table.value()->PositionOf(alter.column.name);
-  if (!position.ok()) return position.error();
-  const std::string name = table.value()->definition().columns[position.value()].name;
-  NewColumn column = MakeColumn(alter.column);
-  column.name = fmt::format("{}_new", name.substr(0, name.size() / 2));
-  Status done = schema.AddColumn(alter.table, column);
-  if (done.ok()) done = CopyColumn(session, alter.table, name, column.name);
-  if (done.ok()) done = schema.DropColumn(alter.table, name);
-  return done.ok() ? schema.RenameColumn(alter.table, column.name, name) : done;
 }
 
 Status RunDefinition(SqlSession& session, const DropColumnStatement& drop) {

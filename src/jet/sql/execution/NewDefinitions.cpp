@@ -2,10 +2,11 @@
 
 #include <algorithm>
 
+#include "jet/sql/execution/MadeNames.h"
+
 namespace zent::jet {
 namespace {
 
-constexpr std::size_t kLongestName = 64;
 constexpr std::uint8_t kMostDigits = 28;
 constexpr std::uint8_t kCurrencyDecimals = 4;
 
@@ -64,8 +65,7 @@ NewIndex MakeIndex(const IndexSpecification& index) {
     made.columns.push_back({term.column, term.descending});
     if (index.name.empty() && !index.primary) made.name += term.column;
   }
-  if (index.name.empty() && index.primary) made.name = "PrimaryKey";
-  if (made.name.size() > kLongestName) made.name.resize(kLongestName);
+  if (index.name.empty()) made.name = index.primary ? "PrimaryKey" : CutName(made.name);
   return made;
 }
 

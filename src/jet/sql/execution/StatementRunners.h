@@ -19,7 +19,8 @@ Status RunDefinition(SqlSession& session, const CreateTableStatement& create);
 Status RunDefinition(SqlSession& session, const CreateIndexStatement& create);
 Status RunDefinition(SqlSession& session, const AddColumnStatement& add);
 Status RunDefinition(SqlSession& session, const AddConstraintStatement& add);
-/// The values are converted; the column goes behind the others.
+/// The values are converted. The column keeps its place and the properties that fit its new type.
+/// kInvalidFieldType for a counter while there are rows.
 Status RunDefinition(SqlSession& session, const AlterColumnStatement& alter);
 Status RunDefinition(SqlSession& session, const DropColumnStatement& drop);
 Status RunDefinition(SqlSession& session, const DropConstraintStatement& drop);

@@ -178,11 +178,93 @@ TEST(Definition, MakesForeignKeys) {
                      {"it may go", "DELETE FROM a", "1"}});
 }
 
+/// A name of so many characters of three bytes each, between brackets.
+std::string LongName(std::string_view begin, std::size_t count) {
+  std::string name = "[" + std::string(begin);
+  for (std::size_t i = 0; i < count; ++i) name += "\xE2\x82\xAC";
+  return name + "]";
+}
+
+TEST(Definition, MakesNamesForWhatHasNone) {
+  SqlFile file;
+  const std::string parent = LongName("pp", 40);
+  const std::string child = LongName("c", 40);
+  const std::string statements[] = {
+      "CREATE TABLE a (Id LONG PRIMARY KEY)",
+      "CREATE TABLE b (X LONG REFERENCES a (Id), Y LONG REFERENCES a (Id))",
+      "ALTER TABLE b DROP CONSTRAINT ab",
+      "ALTER TABLE b DROP CONSTRAINT ab1",
+      "CREATE TABLE " + parent + " (Id LONG PRIMARY KEY)",
+      "CREATE TABLE " + child + " (X LONG REFERENCES " + parent + ", Y LONG REFERENCES " + parent +
+          ")",
+      "CREATE TABLE d (" + parent + " LONG, " + child + " LONG, UNIQUE (" + parent + ", " + child +
+          "))",
+  };
+  for (const std::string& statement : statements) {
+    EXPECT_EQ(file.Message(statement), "") << statement;
+  }
+  EXPECT_EQ(file.Run("CREATE INDEX " + LongName("i", 64) + " ON a (Id)"), "error 3125");
+}
+
 void SetText(SqlFile& file, std::string_view column, std::string_view name, Text text) {
   Result<Transaction> transaction = Transaction::Begin(file.catalog());
   const Result<Property> property = MakeProperty(name, ColumnType::Memo, false, text);
   EXPECT_TRUE(Schema(file.catalog()).SetProperty("t", column, property.value()).ok());
   EXPECT_TRUE(transaction.value().Commit().ok());
+}
+
+TEST(Definition, KeepsWhatStillFitsAnAlteredColumn) {
+  SqlFile file;
+  file.RunAll({"CREATE TABLE t (a LONG, b LONG, c LONG)", "INSERT INTO t VALUES (1, 2, 3)"});
+  SetText(file, "a", "DefaultValue", "7");
+  SetText(file, "a", "ValidationRule", "<9");
+  SetText(file, "a", "Format", "0.00");
+  SetText(file, "b", "Description", "The second one.");
+  SetText(file, "b", "Format", "0.00");
+  ExpectSteps(file, {{"a larger number", "ALTER TABLE t ALTER COLUMN a DOUBLE", "0"},
+                     {"in its place", "SELECT * FROM t", "1|2|3"},
+                     {"a text", "ALTER TABLE t ALTER COLUMN b TEXT(9)", "0"},
+                     {"in its place", "SELECT * FROM t", "1|2|3"},
+                     {"the last one", "ALTER TABLE t ALTER COLUMN c TEXT(9)", "0"},
+                     {"in its place", "SELECT * FROM t", "1|2|3"},
+                     {"a row without the first", "INSERT INTO t (b) VALUES ('x')", "1"},
+                     {"it has its default", "SELECT a FROM t WHERE b = 'x'", "7"},
+                     {"and its rule", "INSERT INTO t (a) VALUES (9)", "error 3316"}});
+  const PropertyBlob& properties = file.catalog().OpenTable("t").value()->properties();
+  ASSERT_NE(properties.Find("a"), nullptr);
+  EXPECT_NE(properties.Find("a")->Find("Format"), nullptr);
+  ASSERT_NE(properties.Find("b"), nullptr);
+  EXPECT_NE(properties.Find("b")->Find("Description"), nullptr);
+  EXPECT_EQ(properties.Find("b")->Find("Format"), nullptr) << "that of a number";
+}
+
+TEST(Definition, AltersColumnsOfAnyName) {
+  SqlFile file;
+  file.RunAll(
+      {"CREATE TABLE t ([\xC3\xA4"
+       "b] LONG, Altered LONG)",
+       "INSERT INTO t VALUES (1, 2)"});
+  ExpectSteps(file, {{"a name that cannot be cut anywhere",
+                      "ALTER TABLE t ALTER COLUMN [\xC3\xA4"
+                      "b] TEXT(9)",
+                      "0"},
+                     {"and the one that is used meanwhile",
+                      "ALTER TABLE t ALTER COLUMN Altered TEXT(9)", "0"},
+                     {"their values",
+                      "SELECT [\xC3\xA4"
+                      "b], Altered FROM t",
+                      "1|2"}});
+}
+
+TEST(Definition, MakesACounterOfAColumnWithoutValuesAlone) {
+  SqlFile file;
+  file.RunAll({"CREATE TABLE t (a LONG, b LONG)", "INSERT INTO t VALUES (5, 1)"});
+  ExpectSteps(file, {{"with rows", "ALTER TABLE t ALTER COLUMN a COUNTER", "error 3259"},
+                     {"nothing has changed", "SELECT * FROM t", "5|1"},
+                     {"no row", "DELETE FROM t", "1"},
+                     {"without rows", "ALTER TABLE t ALTER COLUMN a COUNTER", "0"},
+                     {"a row", "INSERT INTO t (b) VALUES (1)", "1"},
+                     {"counted", "SELECT * FROM t", "1|1"}});
 }
 
 TEST(Insert, KnowsDefaultValues) {
