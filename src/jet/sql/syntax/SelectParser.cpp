@@ -203,6 +203,13 @@ Result<SelectStatement> ParseSelect(TokenStream& tokens) { return SelectParser(t
 Result<TableSource> ParseTableSource(TokenStream& tokens) {
   Result<std::string> name = tokens.ExpectName("a table");
   if (!name.ok()) return name.error();
+  // Taken for another name of the table, the word would make an inner join of it.
+  for (const std::string_view kind : {"FULL", "CROSS", "NATURAL"}) {
+    if (!tokens.IsKeyword(kind)) continue;
+    if (tokens.IsKeyword("JOIN", 1) || tokens.IsKeyword("OUTER", 1)) {
+      return tokens.Error("INNER, LEFT or RIGHT JOIN expected");
+    }
+  }
   TableSource source{std::move(name.value())};
   if (!tokens.TakeKeyword("AS") && !tokens.IsName()) return source;
   Result<std::string> alias = tokens.ExpectName("a table");
