@@ -37,7 +37,6 @@ Result<bool> FileOrder::Extend(std::size_t place) {
 }
 
 RowOrder::Found FileOrder::Step(std::size_t place) {
-  gap_ = false;
   for (;; ++place) {
     const Result<bool> more = Extend(place);
     if (!more.ok()) return more.error();
@@ -45,13 +44,20 @@ RowOrder::Found FileOrder::Step(std::size_t place) {
     if (!more.value()) return std::optional<RowPointer>();
     const Result<bool> there = IsThere(rows_[place]);
     if (!there.ok()) return there.error();
+    if (place >= reached_) {
+      reached_ = place + 1;
+      if (!there.value()) ++gone_;
+    }
     if (there.value()) return std::optional<RowPointer>(rows_[place]);
   }
 }
 
 // Begins anew, so that rows added meanwhile are found.
 RowOrder::Found FileOrder::First() {
+  most_ = visited();
   rows_.clear();
+  reached_ = 0;
+  gone_ = 0;
   return Step(0);
 }
 
@@ -62,12 +68,11 @@ RowOrder::Found FileOrder::Last() {
     if (!more.value()) break;
   }
   at_ = rows_.size();
-  gap_ = false;
+  reached_ = at_;
   return Previous();
 }
 
 RowOrder::Found FileOrder::Previous() {
-  gap_ = false;
   while (at_ > 0) {
     --at_;
     const Result<bool> there = IsThere(rows_[at_]);
@@ -86,14 +91,14 @@ Result<bool> FileOrder::GoTo(RowPointer row) {
   }
   Added(row);
   at_ = static_cast<std::size_t>(std::lower_bound(rows_.begin(), rows_.end(), row) - rows_.begin());
-  gap_ = false;
+  reached_ = std::max(reached_, at_ + 1);
   return true;
 }
 
+// Its place stays: a row that is not there is passed over.
 void FileOrder::Deleted() {
-  if (at_ >= rows_.size()) return;
-  rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(at_));
-  gap_ = true;
+  ++gone_;
+  if (most_ > 0) --most_;
 }
 
 // One that lies behind what was seen is found in its turn.
@@ -103,6 +108,7 @@ void FileOrder::Added(RowPointer row) {
   const auto index = static_cast<std::size_t>(place - rows_.begin());
   rows_.insert(place, row);
   if (index <= at_) ++at_;
+  if (index < reached_) ++reached_;
 }
 
 }  // namespace zent::jet

@@ -23,7 +23,8 @@ namespace zent::jet {
 /// Errors: kNoCurrentRecord before the first and behind the last row and after Delete,
 /// kRecordDeleted for a row that is gone, kUpdateWithoutEdit, kReadOnly when nothing can be changed
 /// (a read-only file, a snapshot, a calculated field), kItemNotFound for a field that is not there,
-/// and what the table refuses. A refused Update leaves the values to be corrected.
+/// kDatabaseTooLarge for a snapshot of more than kMaxKeptBytes, and what the table refuses. A
+/// refused Update leaves the values to be corrected.
 class Recordset {
  public:
   ~Recordset();

@@ -9,6 +9,7 @@
 #include "jet/dao/TableOrder.h"
 #include "jet/format/JetErrors.h"
 #include "jet/sql/execution/Execution.h"
+#include "jet/sql/execution/OrderKey.h"
 #include "jet/sql/syntax/Parser.h"
 
 namespace zent::jet {
@@ -150,10 +151,13 @@ Status RecordsetOpening::TakeRows(ResultSet& rows, Recordset::State& state) {
 }
 
 Status RecordsetOpening::CopyRows(ResultSet& rows, Recordset::State& state) {
+  std::size_t kept = 0;
   for (;;) {
     const Result<bool> more = rows.Next();
     if (!more.ok()) return more.status();
     if (!more.value()) break;
+    kept += KeptBytes(rows.row());
+    if (kept > kMaxKeptBytes) return JetError(kDatabaseTooLarge);
     state.copied.push_back(rows.row());
   }
   std::vector<Field> fields;

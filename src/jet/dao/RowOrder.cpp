@@ -4,37 +4,49 @@
 
 namespace zent::jet {
 
-RowOrder::Found ListOrder::At(std::size_t place) {
-  gap_ = false;
+RowOrder::Found ListOrder::Forward(std::size_t place) {
+  while (place < rows_.size() && gone_[place]) ++place;
   at_ = place;
   if (place >= rows_.size()) return std::optional<RowPointer>();
-  visited_ = std::max(visited_, place + 1);
+  reached_ = std::max(reached_, place + 1);
   return std::optional<RowPointer>(rows_[place]);
 }
 
-RowOrder::Found ListOrder::First() { return At(0); }
-
-RowOrder::Found ListOrder::Last() { return At(rows_.empty() ? 0 : rows_.size() - 1); }
-
-RowOrder::Found ListOrder::Next() { return At(gap_ ? at_ : at_ + 1); }
-
-RowOrder::Found ListOrder::Previous() {
-  gap_ = false;
-  if (at_ == 0) return std::optional<RowPointer>();
-  return At(at_ - 1);
+RowOrder::Found ListOrder::Backward(std::size_t place) {
+  while (place > 0 && gone_[place - 1]) --place;
+  if (place == 0) return std::optional<RowPointer>();
+  at_ = place - 1;
+  reached_ = std::max(reached_, place);
+  return std::optional<RowPointer>(rows_[at_]);
 }
 
+RowOrder::Found ListOrder::First() { return Forward(0); }
+
+RowOrder::Found ListOrder::Last() { return Backward(rows_.size()); }
+
+RowOrder::Found ListOrder::Next() { return Forward(at_ + 1); }
+
+RowOrder::Found ListOrder::Previous() { return Backward(at_); }
+
 Result<bool> ListOrder::GoTo(RowPointer row) {
-  const auto found = std::find(rows_.begin(), rows_.end(), row);
-  if (found == rows_.end()) return false;
-  return At(static_cast<std::size_t>(found - rows_.begin())).ok();
+  for (std::size_t place = 0; place < rows_.size(); ++place) {
+    if (rows_[place] != row || gone_[place]) continue;
+    at_ = place;
+    reached_ = std::max(reached_, place + 1);
+    return true;
+  }
+  return false;
 }
 
 void ListOrder::Deleted() {
-  if (at_ >= rows_.size()) return;
-  rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(at_));
-  if (visited_ > 0) --visited_;
-  gap_ = true;
+  if (at_ >= rows_.size() || gone_[at_]) return;
+  gone_[at_] = true;
+  ++deleted_;
+}
+
+void ListOrder::Added(RowPointer row) {
+  rows_.push_back(row);
+  gone_.push_back(false);
 }
 
 }  // namespace zent::jet

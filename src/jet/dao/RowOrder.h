@@ -28,14 +28,15 @@ class RowOrder {
   virtual void Deleted() = 0;
   /// A new row.
   virtual void Added(RowPointer row) = 0;
-  /// How many rows are known so far.
+  /// How many rows were visited so far.
   virtual std::size_t visited() const = 0;
 };
 
 /// Rows that were found before, in that order; new ones come last.
 class ListOrder final : public RowOrder {
  public:
-  explicit ListOrder(std::vector<RowPointer> rows) : rows_(std::move(rows)) {}
+  explicit ListOrder(std::vector<RowPointer> rows)
+      : rows_(std::move(rows)), gone_(rows_.size(), false) {}
 
   Found First() override;
   Found Last() override;
@@ -43,16 +44,19 @@ class ListOrder final : public RowOrder {
   Found Previous() override;
   Result<bool> GoTo(RowPointer row) override;
   void Deleted() override;
-  void Added(RowPointer row) override { rows_.push_back(row); }
-  std::size_t visited() const override { return visited_; }
+  void Added(RowPointer row) override;
+  std::size_t visited() const override { return reached_ - deleted_; }
 
  private:
-  Found At(std::size_t place);
+  /// The first row from `place` on, or the last one before it.
+  Found Forward(std::size_t place);
+  Found Backward(std::size_t place);
 
   std::vector<RowPointer> rows_;
+  std::vector<bool> gone_;  ///< of the rows: deleted here, only to be passed over
   std::size_t at_ = 0;
-  std::size_t visited_ = 0;
-  bool gap_ = false;  ///< the place is before rows_[at_], whose forerunner is gone
+  std::size_t reached_ = 0;  ///< places from the first on that were visited ...
+  std::size_t deleted_ = 0;  ///< ... and those of them that are gone
 };
 
 }  // namespace zent::jet

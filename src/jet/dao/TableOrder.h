@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <optional>
 #include <string>
@@ -21,12 +22,14 @@ class FileOrder final : public RowOrder {
 
   Found First() override;
   Found Last() override;
-  Found Next() override { return Step(gap_ ? at_ : at_ + 1); }
+  Found Next() override { return Step(at_ + 1); }
   Found Previous() override;
   Result<bool> GoTo(RowPointer row) override;
   void Deleted() override;
   void Added(RowPointer row) override;
-  std::size_t visited() const override { return rows_.size(); }
+  std::size_t visited() const override {
+    return std::max(most_, reached_ - std::min(reached_, gone_));
+  }
 
  private:
   /// The first row that is there from `place` on.
@@ -38,7 +41,9 @@ class FileOrder final : public RowOrder {
   OpenedTable table_;
   std::vector<RowPointer> rows_;  ///< those seen, ascending
   std::size_t at_ = 0;
-  bool gap_ = false;
+  std::size_t reached_ = 0;  ///< places from the first on that were visited ...
+  std::size_t gone_ = 0;     ///< ... and those of them without a row
+  std::size_t most_ = 0;     ///< visited before it began anew
 };
 
 /// The rows of a table in the order of an index. The place is an entry: it stays when the tree

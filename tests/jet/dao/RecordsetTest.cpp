@@ -215,6 +215,56 @@ TEST(Recordset, SaysThatAnotherHasDeletedTheRow) {
   EXPECT_EQ(DaoFile::NamesOf(*table), "Ann Cid") << "a table passes over it";
 }
 
+TEST(Recordset, CountsTheRowsThatWereVisited) {
+  for (const char* const source : kSources) {
+    SCOPED_TRACE(source);
+    DaoFile given;
+    const auto rows = given.Rows(source, RecordsetType::Dynaset);
+    EXPECT_EQ(rows->RecordCount().value_or(0), 1);
+    ASSERT_TRUE(rows->MoveNext().ok());
+    EXPECT_EQ(rows->RecordCount().value_or(0), 2);
+    ASSERT_TRUE(rows->Delete().ok());
+    EXPECT_EQ(rows->RecordCount().value_or(0), 1);
+    ASSERT_TRUE(rows->MoveLast().ok());
+    EXPECT_EQ(rows->RecordCount().value_or(0), 2);
+    ASSERT_TRUE(rows->MoveFirst().ok());
+    EXPECT_EQ(rows->RecordCount().value_or(0), 2) << "it begins anew, but they were visited";
+  }
+}
+
+TEST(Recordset, PassesOverTheRowsThatItDeleted) {
+  DaoFile given;
+  const auto rows = given.Rows("SELECT * FROM People ORDER BY Id");
+  const Recordset::Bookmark ann = rows->bookmark().value();
+  ASSERT_TRUE(rows->Delete().ok());
+  EXPECT_EQ(rows->MoveTo(ann).number(), kInvalidBookmark);
+  ASSERT_TRUE(rows->MoveNext().ok());
+  EXPECT_EQ(TextIn(*rows, "Name"), "Bob");
+  ASSERT_TRUE(rows->MovePrevious().ok());
+  EXPECT_TRUE(rows->AtBegin());
+  ASSERT_TRUE(rows->MoveLast().ok());
+  ASSERT_TRUE(rows->Delete().ok());
+  ASSERT_TRUE(rows->MovePrevious().ok());
+  EXPECT_EQ(TextIn(*rows, "Name"), "Bob");
+  ASSERT_TRUE(rows->MoveFirst().ok());
+  EXPECT_EQ(DaoFile::NamesOf(*rows), "Bob");
+}
+
+// 4,900 rows of 64 KB each.
+TEST(Recordset, KeepsNoMoreOfACopyThanThereIsRoomFor) {
+  constexpr int kRows = 70;
+  DaoFile given;
+  given.Run("CREATE TABLE Notes (Note MEMO)");
+  const auto notes = given.Rows("Notes");
+  for (int i = 0; i < kRows; ++i) {
+    ASSERT_TRUE(notes->AddNew().ok());
+    ASSERT_TRUE(notes->Put("Note", Text(65536, 'n')).ok());
+    ASSERT_TRUE(notes->Update().ok());
+  }
+  const auto copy = given.db->OpenRecordset("SELECT a.Note FROM Notes AS a, Notes AS b");
+  EXPECT_EQ(copy.number(), kDatabaseTooLarge);
+}
+
 TEST(Recordset, ChangesNoCopies) {
   for (const char* const source :
        {"SELECT DISTINCT Age FROM People", "SELECT Count(*) AS Age FROM People",

@@ -138,12 +138,7 @@ Result<std::vector<std::vector<Value>>> GatherRows(Query& query) {
     const Result<bool> found = query.Next();
     if (!found.ok()) return found.error();
     if (!found.value()) return rows;
-    for (const Value& value : query.row()) {
-      const auto* const text = std::get_if<Text>(&value);
-      const auto* const bytes = std::get_if<Binary>(&value);
-      kept += sizeof(Value) + (text == nullptr ? 0 : text->size()) +
-              (bytes == nullptr ? 0 : bytes->bytes.size());
-    }
+    kept += KeptBytes(query.row());
     if (kept > kMaxKeptBytes) return JetError(kDatabaseTooLarge);
     rows.push_back(query.row());
   }

@@ -83,6 +83,17 @@ KeyClass KeyClassOf(const Value& value) {
   return std::holds_alternative<Guid>(value) ? KeyClass::Guids : KeyClass::Bytes;
 }
 
+std::size_t KeptBytes(const std::vector<Value>& row) {
+  std::size_t kept = 0;
+  for (const Value& value : row) {
+    const auto* const text = std::get_if<Text>(&value);
+    const auto* const bytes = std::get_if<Binary>(&value);
+    kept += sizeof(Value) + (text == nullptr ? 0 : text->size()) +
+            (bytes == nullptr ? 0 : bytes->bytes.size());
+  }
+  return kept;
+}
+
 void AppendOrderKey(const Value& value, bool descending, std::string& key) {
   const std::size_t begin = key.size();
   const KeyClass key_class = KeyClassOf(value);

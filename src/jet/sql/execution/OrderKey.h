@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "jet/format/Value.h"
 
@@ -20,5 +22,7 @@ void AppendOrderKey(const Value& value, bool descending, std::string& key);
 /// What a query may keep of rows that it has to put in order, group or look up, in bytes. Beyond,
 /// it ends with kDatabaseTooLarge.
 inline constexpr std::size_t kMaxKeptBytes = std::size_t{256} << 20;
+/// What a row that is kept takes of it.
+std::size_t KeptBytes(const std::vector<Value>& row);
 
 }  // namespace zent::jet

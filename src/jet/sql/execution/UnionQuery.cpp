@@ -111,11 +111,7 @@ Status UnionQuery::Gather() {
     if (!found.value()) break;
     std::string key;
     if (Status keyed = AppendRowKey(present_, order_, evaluator_, key); !keyed.ok()) return keyed;
-    for (const Value& value : row_) {
-      const auto* const text = std::get_if<Text>(&value);
-      kept_ += sizeof(Value) + (text == nullptr ? 0 : text->size());
-    }
-    kept_ += key.size();
+    kept_ += KeptBytes(row_) + key.size();
     if (kept_ > kMaxKeptBytes) return JetError(kDatabaseTooLarge);
     in_order_.emplace_back(std::move(key), row_);
   }
