@@ -14,12 +14,12 @@ constexpr std::size_t kCountSize = 2;  // of the column count, before the fixed 
 
 /// Where the fixed area of a row ends: where its first variable field begins, else at its mask. Too
 /// far at worst.
-std::size_t FixedEndOf(ByteView row) {
+std::size_t FixedEndOf(ByteView row, bool has_variable_part) {
   if (row.size() < kCountSize) return 0;
   const std::size_t mask_size = (LoadU16(row, 0) + 7U) / 8U;
   if (row.size() < kCountSize + mask_size) return 0;
   const std::size_t mask = row.size() - mask_size;
-  if (mask < kCountSize + 4) return mask - kCountSize;
+  if (!has_variable_part || mask < kCountSize + 4) return mask - kCountSize;
   const std::size_t first = LoadU16(row, mask - 4);
   return (first >= kCountSize && first <= mask ? first : mask) - kCountSize;
 }
@@ -29,10 +29,14 @@ std::size_t FixedEndOf(ByteView row) {
 Result<std::size_t> LongestFixedArea(UsageMaps& maps, PageNumber page) {
   const Result<std::unique_ptr<TableStore>> table = TableStore::Open(maps, page);
   if (!table.ok()) return table.error();
-  std::size_t end = table.value()->definition().FixedAreaSize();
+  const TableDefinition& definition = table.value()->definition();
+  const bool has_variable_part = definition.variable_slots > 0;
+  std::size_t end = definition.FixedAreaSize();
   RowScan scan(table.value()->rows());
   Result<bool> more = scan.Next();
-  for (; more.value_or(false); more = scan.Next()) end = std::max(end, FixedEndOf(scan.bytes()));
+  for (; more.value_or(false); more = scan.Next()) {
+    end = std::max(end, FixedEndOf(scan.bytes(), has_variable_part));
+  }
   if (!more.ok()) return more.error();
   return end;
 }

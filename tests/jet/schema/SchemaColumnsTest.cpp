@@ -107,6 +107,18 @@ TEST(DropColumn, KeepsTheOtherFieldsOfEveryRow) {
   EXPECT_TRUE(table.long_value_maps.empty());
 }
 
+TEST(DropColumn, LeavesItsBytesToNoOtherWhereRowsHaveNoVariablePart) {
+  SchemaFile given;
+  ExpectNumber(given.schema().CreateTable({.name = "T", .columns = {{.name = "A"}, {.name = "B"}}}),
+               0);
+  ExpectNumber(given.Insert("T", {{1, 4}}), 0);
+  ExpectNumber(given.schema().DropColumn("T", "B"), 0);
+  ExpectNumber(given.schema().AddColumn("T", {.name = "C"}), 0);
+  EXPECT_EQ(given.Definition("T").ColumnOf(2)->fixed_offset, 8);
+  EXPECT_EQ(given.Column("T", "C"), std::vector<Value>{Null()});
+  ExpectRightDatabase(given.file());
+}
+
 TEST(DropColumn, RefusesWhatIsNeeded) {
   SchemaFile given;
   ExpectNumber(given.schema().CreateTable(People()), 0);
