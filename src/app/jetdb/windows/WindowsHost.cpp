@@ -2,6 +2,7 @@
 
 #include <array>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "jet/format/ValueText.h"
@@ -12,20 +13,22 @@
 namespace zent {
 namespace {
 
-/// Everything that is left of a file or pipe.
-std::string ReadAll(HANDLE file) {
+/// Everything that is left of a file or pipe; a pipe that its writer has closed is at its end.
+Result<std::string> ReadAll(HANDLE file) {
   std::string text;
   std::vector<char> piece(65536);
   DWORD got = 0;
   const auto size = static_cast<DWORD>(piece.size());
-  while (ReadFile(file, piece.data(), size, &got, nullptr) != FALSE && got > 0) {
+  while (ReadFile(file, piece.data(), size, &got, nullptr) != FALSE) {
+    if (got == 0) return text;
     text.append(piece.data(), got);
   }
-  return text;
+  return GetLastError() == ERROR_BROKEN_PIPE ? Result<std::string>(std::move(text))
+                                             : Result<std::string>(StandardError(kDeviceIoError));
 }
 
 /// Standard input: what a person types at a console comes as Unicode.
-std::string ReadInput() {
+Result<std::string> ReadInput() {
   HandleInput input(GetStdHandle(STD_INPUT_HANDLE));
   if (!input.IsConsole()) return ReadAll(GetStdHandle(STD_INPUT_HANDLE));
   std::string text;
