@@ -71,4 +71,29 @@ std::string_view FirstCharacters(std::string_view utf8, std::size_t count) {
   return utf8.substr(0, SkipCharacters(utf8, count));
 }
 
+std::string OneLine(std::string_view utf8) {
+  constexpr std::string_view kHexDigits = "0123456789abcdef";
+  std::string line;
+  for (std::size_t at = 0; at < utf8.size(); ++at) {
+    auto byte = static_cast<unsigned char>(utf8[at]);
+    // C2 begins the characters from U+0080 to U+00BF; the other byte is their number.
+    const bool high = byte == 0xC2 && at + 1 < utf8.size() &&
+                      static_cast<unsigned char>(utf8[at + 1]) >= 0x80 &&
+                      static_cast<unsigned char>(utf8[at + 1]) < 0xA0;
+    if (high) byte = static_cast<unsigned char>(utf8[++at]);
+    if (byte == '\n') {
+      line += "\\n";
+    } else if (byte == '\r') {
+      line += "\\r";
+    } else if (byte == '\t') {
+      line += "\\t";
+    } else if (high || byte < 0x20 || byte == 0x7F) {
+      line += {'\\', 'x', kHexDigits[byte >> 4U], kHexDigits[byte & 0xFU]};
+    } else {
+      line.push_back(static_cast<char>(byte));
+    }
+  }
+  return line;
+}
+
 }  // namespace zent

@@ -35,4 +35,9 @@ std::size_t SkipCharacters(std::string_view utf8, std::size_t count);
 /// The first `count` characters of `utf8`.
 std::string_view FirstCharacters(std::string_view utf8, std::size_t count);
 
+/// `utf8` on one line, and without what a terminal would take for an order: "\\n", "\\r", "\\t",
+/// and
+/// "\\x1b" for any other control, those from U+0080 to U+009F included.
+std::string OneLine(std::string_view utf8);
+
 }  // namespace zent

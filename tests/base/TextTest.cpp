@@ -52,6 +52,28 @@ TEST(Characters, AreCountedNotBytes) {
             "b");
 }
 
+struct LineCase {
+  const char* what;
+  std::string text;
+  const char* line;
+};
+
+TEST(OneLine, HasNoControls) {
+  const LineCase rows[] = {
+      {"plain", "a b", "a b"},
+      {"breaks and tabs", "a\r\nb\tc", "a\\r\\nb\\tc"},
+      {"escape", "\x1B[0m", "\\x1b[0m"},
+      {"zero and delete", std::string("a\0b\x7F", 4), "a\\x00b\\x7f"},
+      {"the escape of one byte and others like it", "\xC2\x9B[0m\xC2\x80", "\\x9b[0m\\x80"},
+      {"characters behind them", "\xC2\xA0\xC3\x9B\xE2\x82\x9B", "\xC2\xA0\xC3\x9B\xE2\x82\x9B"},
+      {"half of a character", "a\xC2", "a\xC2"},
+  };
+  for (const LineCase& row : rows) {
+    SCOPED_TRACE(row.what);
+    EXPECT_EQ(OneLine(row.text), row.line);
+  }
+}
+
 TEST(EqualsIgnoringCase, ComparesWholeTexts) {
   EXPECT_TRUE(EqualsIgnoringCase("CheckMinVersion", "checkminversion"));
   EXPECT_FALSE(EqualsIgnoringCase("copy", "copyl"));

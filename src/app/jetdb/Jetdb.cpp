@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include "app/jetdb/Verbs.h"
+#include "base/Text.h"
 
 namespace zent {
 namespace {
@@ -40,7 +41,8 @@ int RunJetdb(JetdbHost& host, int argc, const char* const* argv) {
   const Result<bool> done = RunVerb(host, std::get<JetdbLine>(parsed));
   host.output() << std::flush;
   if (!done.ok()) {
-    host.errors() << fmt::format("jetdb: {}: {}\n", done.error().number, done.error().description)
+    host.errors() << fmt::format("jetdb: {}: {}\n", done.error().number,
+                                 OneLine(done.error().description))
                   << std::flush;
     return kJetdbFailed;
   }

@@ -5,6 +5,7 @@
 #include "app/jetdb/OpenedDatabase.h"
 #include "app/jetdb/RowPrinter.h"
 #include "app/jetdb/Verbs.h"
+#include "base/Text.h"
 #include "jet/format/JetErrors.h"
 #include "jet/format/ValueText.h"
 #include "jet/tools/DatabaseFacts.h"
@@ -21,7 +22,7 @@ std::string NameOfFile(const std::string& path) {
 }
 
 void PrintFact(JetdbHost& host, std::string_view name, const std::string& value) {
-  host.output() << fmt::format("{:<14}{}\n", fmt::format("{}:", name), value);
+  host.output() << fmt::format("{:<14}{}\n", fmt::format("{}:", name), OneLine(value));
 }
 
 void PrintHeader(JetdbHost& host, const jet::FileHeader& header, const std::string& format) {

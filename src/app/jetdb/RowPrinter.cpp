@@ -30,25 +30,6 @@ std::string HexOf(const std::string& bytes) {
   return text;
 }
 
-/// On one line, and without what a terminal would take for an order.
-std::string OneLine(const std::string& text) {
-  std::string line;
-  for (const char c : text) {
-    if (c == '\n') {
-      line += "\\n";
-    } else if (c == '\r') {
-      line += "\\r";
-    } else if (c == '\t') {
-      line += "\\t";
-    } else if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) {
-      line += fmt::format("\\x{:02x}", static_cast<unsigned char>(c));
-    } else {
-      line.push_back(c);
-    }
-  }
-  return line;
-}
-
 std::string CsvCell(const std::string& text) {
   if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
   std::string cell = "\"";

@@ -2,25 +2,15 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
+#include "base/Text.h"
 #include "jet/format/JetErrors.h"
 
 namespace zent::jet {
-namespace {
-
-/// Names of a damaged file may hold line breaks.
-std::string OneLine(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }, ' ');
-  return text;
-}
-
-}  // namespace
 
 void FaultLog::Add(const std::string& subject, const std::string& what) {
   ++count_;
   if (++per_subject_[subject] > kMostLines) return;
+  // Names of a damaged file may hold anything.
   tell_(OneLine(subject.empty() ? what : subject + ": " + what));
 }
 

@@ -39,6 +39,8 @@ TEST(RowPrinter, AlignsText) {
 TEST(RowPrinter, KeepsALineALine) {
   EXPECT_EQ(Printed(RowFormat::Text, {"A"}, {{std::string("a\r\nb\t\x1B[0m")}}),
             "A\n---------------\na\\r\\nb\\t\\x1b[0m\n");
+  EXPECT_EQ(Printed(RowFormat::Text, {"A"}, {{std::string("\xC2\x9B[0m")}}),
+            "A\n-------\n\\x9b[0m\n");
 }
 
 TEST(RowPrinter, WritesCsv) {

@@ -145,7 +145,7 @@ TEST(FaultLog, TellsOneLineAFaultAndAFewOfASubject) {
   log.Finish();
   EXPECT_EQ(log.count(), 26U);
   ASSERT_EQ(lines.size(), 22U);
-  EXPECT_EQ(lines.front(), "table A: it is wrong");
+  EXPECT_EQ(lines.front(), "table A: it is\\nwrong");
   EXPECT_EQ(lines[20], "table B: as well");
   EXPECT_EQ(lines.back(), "table A: 5 more faults");
 }
