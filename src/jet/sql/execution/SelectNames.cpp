@@ -111,15 +111,18 @@ Status ResolveOrder(SelectStatement& select, const ColumnBinder& binder) {
 
 std::vector<ResultColumn> DescribeColumns(const SelectStatement& select, RowFrame& frame) {
   std::vector<ResultColumn> described;
+  std::vector<std::string> owners;  // as the statement calls the tables
   for (std::size_t i = 0; i < select.columns.size(); ++i) {
     const Expression& expression = *select.columns[i].expression;
     ResultColumn column{.name = select.columns[i].alias};
+    std::string& owner = owners.emplace_back();
     if (expression.kind == ExpressionKind::Column && expression.column < frame.column_count()) {
       std::size_t table = frame.table_count() - 1;
       while (frame.first_column(table) > expression.column) --table;
       const ColumnDefinition& definition =
           frame.table(table).definition().columns[expression.column - frame.first_column(table)];
       column.table = frame.table(table).name();
+      owner = ShownName(select.from[table].source);
       column.column = definition.name;
       column.type = definition.type;
       column.size = SizeOf(frame.table(table).definition().version, definition);
@@ -135,8 +138,8 @@ std::vector<ResultColumn> DescribeColumns(const SelectStatement& select, RowFram
   // Columns of several tables that share their name are told apart by the table.
   for (std::size_t i = 0; i < described.size(); ++i) {
     const bool shared = std::any_of(described.begin(), described.end(), [&](const ResultColumn& c) {
-      return &c != &described[i] && SameKey(c.column, described[i].column) &&
-             c.table != described[i].table;
+      return SameKey(c.column, described[i].column) &&
+             !SameKey(owners[static_cast<std::size_t>(&c - described.data())], owners[i]);
     });
     if (shared && select.columns[i].alias.empty() && !described[i].column.empty()) {
       described[i].name = select.columns[i].expression->table.empty()

@@ -243,6 +243,9 @@ TEST(Select, NamesItsColumns) {
       {"aliases", "SELECT Id AS Number FROM Companies", "Number"},
       {"expressions by their place", "SELECT Id, 1, Id + 1 FROM Companies", "Id|Expr1001|Expr1002"},
       {"columns of two tables", "SELECT c.Id, p.Id FROM Companies c, Contacts p", "c.Id|p.Id"},
+      {"of one table twice", "SELECT c.Id, d.Id, d.City FROM Companies c, Companies d",
+       "c.Id|d.Id|City"},
+      {"a column twice", "SELECT Id, Id FROM Companies", "Id|Id"},
   };
   for (const SqlCase& row : cases) {
     SCOPED_TRACE(row.what);
