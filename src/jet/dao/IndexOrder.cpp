@@ -12,6 +12,13 @@ std::string Above(std::string key) {
   return key;
 }
 
+/// A value to seek in a column. A text may be longer than the column holds: then no row has it.
+Result<Value> SoughtValue(ColumnDefinition column, const Value& value) {
+  constexpr std::uint16_t kLongestText = 255 * 2;  // bytes; a key takes no more
+  if (column.type == ColumnType::Text) column.length = kLongestText;
+  return ConvertForColumn(column, value);
+}
+
 }  // namespace
 
 Result<TableIndex*> IndexOrder::Index() {
@@ -98,7 +105,7 @@ Result<std::string> IndexOrder::KeyOf(std::span<const Value> values) {
   for (std::size_t i = 0; i < values.size(); ++i) {
     const std::size_t position = index.value()->columns()[i];
     const Result<Value> value =
-        ConvertForColumn(table.value()->definition().columns[position], values[i]);
+        SoughtValue(table.value()->definition().columns[position], values[i]);
     if (!value.ok()) return value.error();
     if (Status made = AppendKey(columns[i], value.value(), key); !made.ok()) return made.error();
   }

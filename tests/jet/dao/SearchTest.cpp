@@ -31,6 +31,8 @@ TEST(Seek, FindsRowsByTheFieldsOfAnIndex) {
       {"the first field of two", "ByAge", "=", {forty}, "Bob"},
       {"behind all of the first field, which descends", "ByAge", ">", {forty}, "Ann"},
       {"the last of the first field", "ByAge", "<=", {forty}, "Cid"},
+      {"a text longer than its field", "ByAge", "=", {forty, Text(21, 'B')}, ""},
+      {"at least such a text", "ByAge", ">=", {forty, Text("Bob") + Text(20, 'b')}, "Cid"},
       {"a text that is a number", "ByAge", "=", {Text("30")}, "Ann"},
       {"before a value of the first field", "ByAge", "<", {thirty}, "Cid"},
   };
