@@ -148,6 +148,15 @@ void FillWide(Catalog& catalog) {
   }
 }
 
+void FillMany(Catalog& catalog) {
+  Schema schema(catalog);
+  for (int i = 0; i < 100; ++i) {
+    NewTable table{.name = "Table" + std::to_string(i)};
+    table.columns = {{.name = "Id", .type = ColumnType::Long}};
+    Expect(schema.CreateTable(table));
+  }
+}
+
 void Fill(Catalog& catalog, int rows) {
   Schema schema(catalog);
   Expect(schema.CreateTable(Things()));
@@ -204,6 +213,10 @@ void MakeLetters(Storage& storage, std::string_view path, int rows) {
 
 void MakeWide(Storage& storage, std::string_view path) {
   MakeFilled(storage, path, NewDatabase(), FillWide);
+}
+
+void MakeMany(Storage& storage, std::string_view path) {
+  MakeFilled(storage, path, NewDatabase(), FillMany);
 }
 
 }  // namespace zent::jet::testing

@@ -23,6 +23,9 @@ void MakeLetters(Storage& storage, std::string_view path, int rows = 60);
 /// elsewhere.
 void MakeWide(Storage& storage, std::string_view path);
 
+/// Makes a database of a hundred empty tables, whose catalog has more than one page.
+void MakeMany(Storage& storage, std::string_view path);
+
 /// An empty database.
 void MakeEmpty(Storage& storage, std::string_view path);
 
