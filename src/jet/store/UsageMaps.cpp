@@ -88,6 +88,17 @@ Result<RowPointer> UsageMaps::Create(PageNumber beside) {
   return RowPointer{.page = page.value().page(), .row = slot.value_or(0)};
 }
 
+// What is named but is no bitmap page is somebody else's: it stays as it is.
+Status UsageMaps::ReleaseBitmap(std::size_t i, PageNumber page) {
+  if (page == 0 || page >= pager_.page_count()) return {};
+  {
+    const Result<PageView> view = pager_.Read(page);
+    if (!view.ok()) return view.error();
+    if (!OpenBitmapPage(pager_.version(), view.value().bytes(), i, page).ok()) return {};
+  }
+  return allocator_.Release(page);
+}
+
 Status UsageMaps::Drop(RowPointer map) {
   const JetVersion version = pager_.version();
   Result<MapRowEdit> edit = EditMapRow(pager_, map);
@@ -98,9 +109,8 @@ Status UsageMaps::Drop(RowPointer map) {
   const MutableBytes row = edit.value().row;
   if (row[0] == static_cast<std::uint8_t>(MapKind::Reference)) {
     for (std::size_t i = 0; i < (row.size() - 1) / 4; ++i) {
-      const PageNumber bitmap = LoadU32(row, 1 + 4 * i);
-      if (bitmap == 0) continue;
-      if (Status released = allocator_.Release(bitmap); !released.ok()) return released;
+      const Status released = ReleaseBitmap(i, LoadU32(row, 1 + 4 * i));
+      if (!released.ok()) return released;
     }
   }
   DeleteRow(version, bytes, map.row);

@@ -37,8 +37,8 @@ class UsageMaps {
   /// A new, empty map, on the usage map page `beside` when it has room, else on a new page. 0: a
   /// new page.
   Result<RowPointer> Create(PageNumber beside);
-  /// Takes a map out of its page and releases what only it used. The pages of its set are not
-  /// released.
+  /// Takes a map out of its page and releases what only it used: its bitmap pages, and its page
+  /// where it was the last row. The pages of its set are not released.
   Status Drop(RowPointer map);
 
   /// Allocates a page and puts it into `map`.
@@ -48,6 +48,8 @@ class UsageMaps {
 
  private:
   Status SetInBitmap(MutableBytes row, RowPointer map, PageNumber page, bool value);
+  /// Releases the bitmap page that a map has in place `i`.
+  Status ReleaseBitmap(std::size_t i, PageNumber page);
 
   Pager& pager_;
   PageAllocator allocator_;

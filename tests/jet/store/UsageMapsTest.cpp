@@ -166,5 +166,24 @@ TEST(UsageMaps, PassesOverReferencesToWhatIsNoBitmap) {
   EXPECT_EQ(file.maps().Set(map, 9, true).number(), kCannotOpenDatabase);  // page 5000
 }
 
+// An inline map whose kind was changed names pages of others.
+TEST(UsageMaps, ReleasesNothingButBitmapsOfAMapThatIsDropped) {
+  StoreFile file;
+  const RowPointer map = file.NewMap();
+  const RowPointer kept = file.NewMap();
+  Grow(file, 20);
+  const std::size_t row = 4096 - 69;
+  file.Overwrite(map.page, row, {1});
+  file.Overwrite(9, 0, {5, 1, 0, 0});
+  std::size_t place = row + 1;
+  for (const std::uint32_t reference : {0U, 3U, 7U, 5000U, 0xFFFFFFFFU, 9U}) {
+    file.OverwriteU32(map.page, place, reference);
+    place += 4;
+  }
+  ASSERT_TRUE(file.maps().Drop(map).ok());
+  EXPECT_THAT(file.FreePages(), ElementsAre(9));
+  EXPECT_THAT(PagesOf(file, kept), IsEmpty());
+}
+
 }  // namespace
 }  // namespace zent::jet::testing
