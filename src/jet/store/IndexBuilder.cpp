@@ -75,7 +75,9 @@ Status IndexBuilder::Flush(std::size_t depth, PageNumber next_child) {
   if (!full.content.leaf) {  // the last child goes without an entry
     full.content.tail = promoted.child;
     full.content.entries.pop_back();
-    if (Status s = CutNodeLinks(tree_.maps(), promoted.child, next_child); !s.ok()) return s;
+    if (Status s = IndexChange(tree_).CutNodeLinks(promoted.child, next_child); !s.ok()) {
+      return s;
+    }
   }
   promoted.child = full.page;
   if (Status written = Write(full, full.page); !written.ok()) return written;

@@ -13,9 +13,11 @@ bool IsNode(Pager& pager, PageNumber page) {
   return view.ok() && view.value().bytes()[0] == static_cast<std::uint8_t>(PageType::IndexNode);
 }
 
-/// Puts `to` in place of `from` in a link of an index page; another link is left alone.
-Status ChangeLink(Pager& pager, PageNumber page, bool next, PageNumber from, PageNumber to) {
+}  // namespace
+
+Status IndexChange::ChangeLink(PageNumber page, bool next, PageNumber from, PageNumber to) {
   if (page == 0) return {};
+  Pager& pager = maps_.pager();
   const Layout::IndexPage& place = pager.layout().index_page;
   const std::size_t at = next ? place.next : place.previous;
   {
@@ -26,24 +28,23 @@ Status ChangeLink(Pager& pager, PageNumber page, bool next, PageNumber from, Pag
     if (!checked.ok()) return checked.error();
     if (LoadU32(view.value().bytes(), at) != from) return {};
   }
+  if (Status own = tree_.CheckOwn(page); !own.ok()) return own;
   Result<PageEdit> edit = pager.Edit(page);
   if (!edit.ok()) return edit.error();
   StoreU32(edit.value().bytes(), at, to);
   return {};
 }
 
-}  // namespace
-
-Status CutNodeLinks(UsageMaps& maps, PageNumber left, PageNumber right) {
-  Pager& pager = maps.pager();
-  if (!IsNode(pager, left) || !IsNode(pager, right)) return {};
-  if (Status cut = ChangeLink(pager, left, true, right, 0); !cut.ok()) return cut;
-  return ChangeLink(pager, right, false, left, 0);
+Status IndexChange::CutNodeLinks(PageNumber left, PageNumber right) {
+  if (!IsNode(maps_.pager(), left) || !IsNode(maps_.pager(), right)) return {};
+  if (Status cut = ChangeLink(left, true, right, 0); !cut.ok()) return cut;
+  return ChangeLink(right, false, left, 0);
 }
 
 Status IndexChange::Load(const IndexTree::Path& path) {
   levels_.clear();
   for (const IndexTree::Step& step : path) {
+    if (Status own = tree_.CheckOwn(step.page); !own.ok()) return own;
     const Result<IndexPageHold> hold = HoldIndexPage(maps_.pager(), step.page, tree_.place().table);
     if (!hold.ok()) return hold.error();
     levels_.push_back(
@@ -152,15 +153,14 @@ Result<IndexEntry> IndexChange::SplitOff(Level& level, std::size_t count) {
   if (!left.leaf) {
     left.tail = entry.child;
     left.entries.pop_back();
-    if (Status cut = CutNodeLinks(maps_, left.tail, right.entries.front().child); !cut.ok()) {
+    if (Status cut = CutNodeLinks(left.tail, right.entries.front().child); !cut.ok()) {
       return cut.error();
     }
   }
   if (!BuildIndexPage(maps_.pager().version(), left, page.value().bytes())) {
     return JetError(kRecordTooLarge);
   }
-  if (Status linked = ChangeLink(maps_.pager(), left.previous, true, level.page, number);
-      !linked.ok()) {
+  if (Status linked = ChangeLink(left.previous, true, level.page, number); !linked.ok()) {
     return linked.error();
   }
   right.previous = number;
@@ -186,10 +186,9 @@ Status IndexChange::RemovePage(std::size_t depth) {
     const Level& gone = levels_[depth];
     const PageNumber previous = gone.content.previous;
     const PageNumber next = gone.content.next;
-    Pager& pager = maps_.pager();
-    if (Status s = ChangeLink(pager, previous, true, gone.page, next); !s.ok()) return s;
-    if (Status s = ChangeLink(pager, next, false, gone.page, previous); !s.ok()) return s;
-    if (Status s = maps_.ReleaseFrom(tree_.place().map, gone.page); !s.ok()) return s;
+    if (Status s = ChangeLink(previous, true, gone.page, next); !s.ok()) return s;
+    if (Status s = ChangeLink(next, false, gone.page, previous); !s.ok()) return s;
+    if (Status s = tree_.Release(gone.page); !s.ok()) return s;
 
     Level& parent = levels_[depth - 1];
     std::vector<IndexEntry>& entries = parent.content.entries;
@@ -227,7 +226,7 @@ Status IndexChange::CollapseRoot() {
     root.content = hold.value().view.Load();
     root.content.previous = 0;
     root.content.next = 0;
-    if (Status s = maps_.ReleaseFrom(tree_.place().map, child); !s.ok()) return s;
+    if (Status s = tree_.Release(child); !s.ok()) return s;
   }
   return Store(0, std::nullopt, Growth::Anywhere);
 }

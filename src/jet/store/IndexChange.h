@@ -9,10 +9,6 @@
 
 namespace zent::jet {
 
-/// Cuts the links between the neighbours `left` and `right` where they are nodes: those of
-/// different parents are not linked.
-Status CutNodeLinks(UsageMaps& maps, PageNumber left, PageNumber right);
-
 /// A change of a tree that reaches beyond the entries of one leaf: the pages from the root down to
 /// the leaf are rebuilt where they change. A node's entry is a copy of the last entry below its
 /// child; the last child, the tail, has none.
@@ -22,6 +18,10 @@ class IndexChange {
 
   Status Insert(const IndexTree::Path& path, const IndexEntry& entry);
   Status Delete(const IndexTree::Path& path);
+
+  /// Cuts the links between the neighbours `left` and `right` where they are nodes: those of
+  /// different parents are not linked.
+  Status CutNodeLinks(PageNumber left, PageNumber right);
 
  private:
   struct Level {
@@ -33,6 +33,8 @@ class IndexChange {
   enum class Growth : std::uint8_t { Anywhere, AtEnd };
 
   Status Load(const IndexTree::Path& path);
+  /// Puts `to` in place of `from` in a link of a page of the tree; another link is left alone.
+  Status ChangeLink(PageNumber page, bool next, PageNumber from, PageNumber to);
   /// Writes the page at `depth` and what follows from it above. `last`: what is now the last entry
   /// below it, when that has changed.
   Status Store(std::size_t depth, std::optional<IndexEntry> last, Growth growth);

@@ -47,6 +47,20 @@ bool IndexTree::EndsTree(const Path& path) {
   return std::all_of(path.begin(), path.end() - 1, [](const Step& step) { return step.tail; });
 }
 
+Status IndexTree::CheckOwn(PageNumber page) {
+  if (page == own_) return {};
+  const Result<bool> has = maps_.Has(place_.map, page);
+  if (!has.ok()) return has.error();
+  if (!has.value()) return Damaged(page, "a page that its index does not have");
+  own_ = page;
+  return {};
+}
+
+Status IndexTree::Release(PageNumber page) {
+  own_ = 0;
+  return maps_.ReleaseFrom(place_.map, page);
+}
+
 Status IndexTree::Insert(std::string_view key, RowPointer row) {
   if (key.size() > kMaxIndexKey) return JetError(kRecordTooLarge);
   const IndexEntry entry{.key = std::string(key), .row = row};
@@ -56,6 +70,7 @@ Status IndexTree::Insert(std::string_view key, RowPointer row) {
     if (!place.ok()) return place.error();
     path = std::move(place.value().path);
     const Step& leaf = path.back();
+    if (Status own = CheckOwn(leaf.page); !own.ok()) return own;
     const IndexPageView& view = place.value().leaf.view;
     const bool at_end = leaf.child == view.count();
     if (!at_end && view.Compare(leaf.child, key, row) == 0) {
@@ -78,6 +93,7 @@ Status IndexTree::Delete(std::string_view key, RowPointer row) {
     if (!place.ok()) return place.error();
     path = std::move(place.value().path);
     const Step& leaf = path.back();
+    if (Status own = CheckOwn(leaf.page); !own.ok()) return own;
     const IndexPageView& view = place.value().leaf.view;
     const std::size_t count = view.count();
     if (leaf.child == count || view.Compare(leaf.child, key, row) != 0) {
@@ -96,11 +112,12 @@ Status IndexTree::Delete(std::string_view key, RowPointer row) {
 }
 
 Status IndexTree::Clear() {
+  if (Status own = CheckOwn(place_.root); !own.ok()) return own;
   const Result<std::vector<PageNumber>> pages = maps_.Pages(place_.map);
   if (!pages.ok()) return pages.error();
   for (const PageNumber page : pages.value()) {
     if (page == place_.root) continue;
-    if (Status released = maps_.ReleaseFrom(place_.map, page); !released.ok()) return released;
+    if (Status released = Release(page); !released.ok()) return released;
   }
   Result<PageEdit> root = maps_.pager().Edit(place_.root);
   if (!root.ok()) return root.error();

@@ -59,11 +59,17 @@ class IndexTree {
   Result<Place> Descend(std::string_view key, RowPointer row) const;
   /// Whether the last entry of the leaf at the end of `path` is copied to no node.
   static bool EndsTree(const Path& path);
+  /// Damage when the page is none of this tree: a damaged root or child leads into that of another
+  /// index of the table, which a change must not touch.
+  Status CheckOwn(PageNumber page);
+  /// Takes a page out of the tree's map and releases it.
+  Status Release(PageNumber page);
 
   friend class IndexChange;
 
   UsageMaps& maps_;
   IndexPlace place_;
+  PageNumber own_ = 0;  ///< the last page that was found in the map; 0: none
 };
 
 }  // namespace zent::jet

@@ -126,6 +126,9 @@ Result<PageEdit> UsageMaps::AllocateFor(RowPointer map) {
 }
 
 Status UsageMaps::ReleaseFrom(RowPointer map, PageNumber page) {
+  const Result<bool> has = Has(map, page);
+  if (!has.ok()) return has.error();
+  if (!has.value()) return Damaged(page, "it is not among the pages of who gives it back");
   if (Status cleared = Set(map, page, false); !cleared.ok()) return cleared;
   return allocator_.Release(page);
 }

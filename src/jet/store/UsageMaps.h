@@ -43,7 +43,7 @@ class UsageMaps {
 
   /// Allocates a page and puts it into `map`.
   Result<PageEdit> AllocateFor(RowPointer map);
-  /// Takes a page out of `map` and releases it.
+  /// Takes a page out of `map` and releases it; damage when the map does not have it.
   Status ReleaseFrom(RowPointer map, PageNumber page);
 
  private:

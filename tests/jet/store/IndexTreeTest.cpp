@@ -244,6 +244,79 @@ TEST(IndexTree, TakesANodeWithoutTailAndAnEmptyLeaf) {
   EXPECT_EQ(cursor.key(), LongKey(1499));
 }
 
+/// The second of two indexes of one table, with every second number.
+struct OtherIndex {
+  explicit OtherIndex(Index& beside) : index(beside) {
+    for (std::uint32_t i = 0; i < 1500; ++i) {
+      const Entry entry = EntryOf(LongKey(i * 2), i);
+      EXPECT_TRUE(tree.Insert(entry.key, entry.row).ok());
+      model.insert(entry);
+    }
+  }
+
+  Index& index;
+  RowPointer map = index.file.NewMap();
+  IndexTree tree = IndexTree::Create(index.file.maps(), index.table, map).value();
+  std::set<Entry> model;
+};
+
+// Both indexes name the same table on their pages: only their maps tell them apart.
+TEST(IndexTree, ChangesNoPageOfAnotherIndexOfTheTable) {
+  struct Case {
+    const char* what;
+    Status (*change)(IndexTree& tree);
+  };
+  const Case cases[] = {
+      {"a key at the start",
+       [](IndexTree& tree) {
+         return tree.Insert(LongKey(1), {9, 9});
+       }},
+      {"a key at the end",
+       [](IndexTree& tree) {
+         return tree.Insert(LongKey(9000), {9, 9});
+       }},
+      {"an entry of the other one",
+       [](IndexTree& tree) { return tree.Delete(LongKey(0), EntryOf("", 0).row); }},
+      {"all", [](IndexTree& tree) { return tree.Clear(); }},
+  };
+  for (const Case& row : cases) {
+    SCOPED_TRACE(row.what);
+    Index index;
+    for (std::uint32_t i = 0; i < 1500; ++i) index.Insert(EntryOf(LongKey(i), i));
+    const OtherIndex other(index);
+    IndexTree astray(index.file.maps(),
+                     {.table = index.table, .root = other.tree.place().root, .map = index.map});
+    EXPECT_EQ(row.change(astray).number(), kCannotOpenDatabase);
+    ExpectRightTree(index.file, other.tree, other.model);
+    ExpectRightTree(index.file, index.tree, index.model);
+  }
+}
+
+TEST(IndexTree, FollowsNoChildOrLinkIntoAnotherIndex) {
+  Index index;
+  for (std::uint32_t i = 0; i < 1500; ++i) index.Insert(EntryOf(LongKey(i), i));
+  const OtherIndex other(index);
+  IndexPage root = Loaded(index, index.tree.place().root);
+  const PageNumber foreign = Loaded(index, other.tree.place().root).entries[0].child;
+  // The second leaf has one entry, and the other index's first leaf for a neighbour.
+  const PageNumber second = root.entries[1].child;
+  IndexPage leaf = Loaded(index, second);
+  leaf.entries.resize(1);
+  leaf.previous = foreign;
+  Rewrite(index.file, second, leaf);
+  IndexPage neighbour = Loaded(index, foreign);
+  neighbour.next = second;
+  Rewrite(index.file, foreign, neighbour);
+  const IndexEntry only = leaf.entries[0];
+  EXPECT_EQ(index.tree.Delete(only.key, only.row).number(), kCannotOpenDatabase);
+  EXPECT_EQ(Loaded(index, foreign), neighbour);
+
+  root.entries[0].child = foreign;
+  Rewrite(index.file, index.tree.place().root, root);
+  EXPECT_EQ(index.tree.Insert(LongKey(1), {9, 9}).number(), kCannotOpenDatabase);
+  EXPECT_EQ(Loaded(index, foreign), neighbour);
+}
+
 struct DamageCase {
   const char* what;
   std::function<void(Index&, IndexPage& root, IndexPage& leaf)> damage;

@@ -104,6 +104,12 @@ TEST(UsageMaps, AllocatesForAMapAndReleasesFromIt) {
   ASSERT_TRUE(file.maps().ReleaseFrom(map, page.value().page()).ok());
   EXPECT_THAT(PagesOf(file, map), IsEmpty());
   EXPECT_THAT(file.FreePages(), ElementsAre(page.value().page()));
+  // What others have is not given back.
+  const RowPointer other = file.NewMap();
+  const PageNumber foreign = file.maps().AllocateFor(other).value().page();
+  EXPECT_EQ(file.maps().ReleaseFrom(map, foreign).number(), kCannotOpenDatabase);
+  EXPECT_THAT(PagesOf(file, other), ElementsAre(foreign));
+  EXPECT_THAT(file.FreePages(), IsEmpty());
 }
 
 TEST(UsageMaps, EqualsASetAfterRandomChanges) {
