@@ -58,6 +58,8 @@ class IndexPageView {
   PageNumber previous() const { return LoadU32(page_, layout_->index_page.previous); }
   PageNumber next() const { return LoadU32(page_, layout_->index_page.next); }
   PageNumber tail() const { return LoadU32(page_, layout_->index_page.tail); }
+  /// Whether the tail stands among the entries as well: some writers leave it so.
+  bool ListsTail() const { return count() > 0 && tail() != 0 && Child(count() - 1) == tail(); }
   std::size_t free_space() const { return LoadU16(page_, layout_->index_page.free_space); }
   std::size_t prefix() const { return prefix_; }
   /// Bytes that the entries take.

@@ -47,8 +47,11 @@ Status IndexChange::Load(const IndexTree::Path& path) {
     if (Status own = tree_.CheckOwn(step.page); !own.ok()) return own;
     const Result<IndexPageHold> hold = HoldIndexPage(maps_.pager(), step.page, tree_.place().table);
     if (!hold.ok()) return hold.error();
-    levels_.push_back(
-        {.page = step.page, .child = step.child, .content = hold.value().view.Load()});
+    const IndexPageView& view = hold.value().view;
+    levels_.push_back({.page = step.page, .child = step.child, .content = view.Load()});
+    if (view.leaf() || !view.ListsTail()) continue;
+    levels_.back().content.entries.pop_back();
+    levels_.back().changed = true;
   }
   return {};
 }
@@ -78,7 +81,7 @@ Status IndexChange::Store(std::size_t depth, std::optional<IndexEntry> last, Gro
     Level& parent = levels_[depth - 1];
     std::vector<IndexEntry>& entries = parent.content.entries;
     const bool listed = parent.child < entries.size();
-    changed = !promoted.empty() || (last && listed);
+    changed = parent.changed || !promoted.empty() || (last && listed);
     if (last && listed) {
       entries[parent.child].key = last->key;
       entries[parent.child].row = last->row;

@@ -28,6 +28,7 @@ class IndexChange {
     PageNumber page = 0;
     std::size_t child = 0;
     IndexPage content = {};
+    bool changed = false;  ///< a tail that stood among the entries as well does so no more
   };
   /// Where new entries went, for a split that leaves dense pages behind.
   enum class Growth : std::uint8_t { Anywhere, AtEnd };

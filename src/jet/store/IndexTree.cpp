@@ -32,7 +32,7 @@ Result<IndexTree::Place> IndexTree::Descend(std::string_view key, RowPointer row
       path.push_back(step);
       return Place{std::move(path), std::move(hold.value())};
     }
-    if (step.child == view.count() && view.tail() == 0) {
+    if (step.child == view.count() && (view.tail() == 0 || view.ListsTail())) {
       if (step.child == 0) return Damaged(page, "an index node without children");
       --step.child;  // the last child stands among the entries
     }
