@@ -8,8 +8,8 @@
 namespace zent::jet {
 namespace {
 
-constexpr std::size_t kMaxEntries = 1024;
-constexpr std::size_t kMostBits = 4096;  // no mask of any version has more
+// No mask of any version has more; so a page may have almost as many entries as bytes of room.
+constexpr std::size_t kMostBits = 4096;
 
 /// Calls `mark` with the number of each bit that is set, ascending.
 template <typename Mark>
@@ -68,7 +68,7 @@ bool IndexPageView::FindEntries() {
     begin = end;
   });
   if (count == 0) return true;
-  if (too_short || count > kMaxEntries || begin > room) return false;
+  if (too_short || begin > room) return false;
   if (ends[0] < std::max(prefix_, PointerSize())) return false;  // it has the prefix as well
   ends_.assign(ends.begin(), ends.begin() + static_cast<std::ptrdiff_t>(count));
   return true;

@@ -110,6 +110,29 @@ TEST(IndexPage, ReadsAPrefixThatRunsIntoThePointers) {
   EXPECT_EQ(changed, page);
 }
 
+// Rows of one key whose pointers differ in the last two bytes alone.
+TEST(IndexPage, ReadsAsManyEntriesAsAPageHolds) {
+  Page page = PageOf(
+      "04 01 00 00 0F 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
+      "07 00 00",
+      "7F 80 00 00 01 00 01 00 00", {9});
+  constexpr std::size_t kEntries = 1500;
+  for (std::size_t i = 1; i < kEntries; ++i) {
+    const std::size_t end = 9 + 2 * i;
+    page[0x1E0 + end - 2] = static_cast<std::uint8_t>(i / 250);
+    page[0x1E0 + end - 1] = static_cast<std::uint8_t>(i % 250);
+    page[27 + end / 8] = static_cast<std::uint8_t>(page[27 + end / 8] | (1U << (end % 8)));
+  }
+  const IndexPageView view = Open(page);
+  ASSERT_EQ(view.count(), kEntries);
+  for (std::size_t i = 0; i < kEntries; ++i) {
+    const RowPointer row = {.page = static_cast<PageNumber>(0x100 + i / 250),
+                            .row = static_cast<std::uint8_t>(i % 250)};
+    ASSERT_EQ(view.Entry(i), EntryOf("7F 80 00 00 01", row.page, row.row));
+    ASSERT_EQ(view.LowerBound(Hex("7F 80 00 00 01"), row), i);
+  }
+}
+
 struct BoundCase {
   const char* what;
   const char* key;
