@@ -10,16 +10,21 @@ namespace zent::jet {
 namespace {
 
 // The start of the search is a guess: pages may have become free below it through a rollback or
-// another user. So it begins anew from time to time.
+// another user. So it begins anew from time to time, and before the file is called full.
 constexpr unsigned kExtensionsBetweenSearches = 256;
 
 }  // namespace
 
 Result<PageEdit> PageAllocator::Allocate() {
-  const Result<std::optional<PageNumber>> found = NextInMap(pager_, kGlobalMap, search_from_);
+  Result<std::optional<PageNumber>> found = NextInMap(pager_, kGlobalMap, search_from_);
   if (!found.ok()) return found.error();
-  if (!found.value()) return Extend();
-
+  if (!found.value()) {
+    Result<PageEdit> added = Extend();
+    if (added.number() != kDatabaseTooLarge || search_from_ == 0) return added;
+    found = NextInMap(pager_, kGlobalMap, 0);
+    if (!found.ok()) return found.error();
+    if (!found.value()) return added;
+  }
   const PageNumber page = *found.value();
   if (page <= kRelationshipsPage) return Damaged(kGlobalMapPage, "a fixed page is called free");
   Result<PageEdit> edit = pager_.Edit(page);

@@ -183,5 +183,25 @@ TEST(LargeTable, RefusesARowThatWouldOutgrowTheFormat) {
   EXPECT_TRUE(notes.Finds(3));
 }
 
+// The search for free pages had gone beyond it when it became free again.
+TEST(LargeTable, TakesAPageThatARollbackMadeFreeBeforeTheFileIsFull) {
+  NotesFile notes;
+  notes.Lengthen(kMostPages - 30);  // the map of free pages takes some of them
+  StoreFile& file = notes.file();
+  const PageNumber first = file.NewPage();
+  file.Rollback();
+
+  bool given = false;
+  int error = 0;
+  for (int count = 0; error == 0 && count < 1000; ++count) {
+    const Result<PageEdit> page = file.maps().allocator().Allocate();
+    error = page.number();
+    given = given || (page.ok() && page.value().page() == first);
+  }
+  EXPECT_EQ(error, kDatabaseTooLarge);
+  EXPECT_TRUE(given);
+  EXPECT_TRUE(file.FreePages().empty());
+}
+
 }  // namespace
 }  // namespace zent::jet::testing
