@@ -76,7 +76,8 @@ class Reader {
     for (Status (Reader::*part)() :
          {&Reader::ReadHeader, &Reader::ReadCounters, &Reader::ReadColumns,
           &Reader::ReadColumnNames, &Reader::ReadRealIndexes, &Reader::ReadLogicalIndexes,
-          &Reader::ReadIndexNames, &Reader::ReadLongMaps, &Reader::CheckColumns}) {
+          &Reader::ReadIndexNames, &Reader::ReadLongMaps, &Reader::CheckColumns,
+          &Reader::CheckPlaces}) {
       if (Status read = (this->*part)(); !read.ok()) return read.error();
     }
     return std::move(table_);
@@ -210,6 +211,23 @@ class Reader {
       if (std::adjacent_find(all->begin(), all->end()) != all->end()) {
         return Fault("two columns with the same number");
       }
+    }
+    return {};
+  }
+
+  /// A change of one field would change the other one as well. Columns that were dropped are not
+  /// told: their places may be used again.
+  Status CheckPlaces() {
+    std::vector<std::pair<std::size_t, std::size_t>> places;
+    for (const ColumnDefinition& column : table_.columns) {
+      if (!column.IsFixed() || column.type == ColumnType::Bool) continue;
+      places.emplace_back(column.fixed_offset, std::size_t{column.fixed_offset} + column.length);
+    }
+    std::sort(places.begin(), places.end());
+    std::size_t taken = 0;
+    for (const auto& [begin, end] : places) {
+      if (begin < taken) return Fault("two columns in one place");
+      taken = std::max(taken, end);
     }
     return {};
   }

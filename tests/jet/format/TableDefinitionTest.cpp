@@ -193,6 +193,7 @@ constexpr DamageCase kDamage[] = {
     {"a number beyond the last", 0x57 + 5, 2},
     {"two columns of one number", 0x70 + 5, 0},
     {"a slot beyond the last", 0x70 + 7, 1},
+    {"a text that becomes fixed, in the place of the number", 0x70 + 15, 3},
     {"a name of odd length", 0x89, 3},
     {"an index on no column", 0x9D, 7},
     {"an index without a tree", 0x101 + 8, 2},
