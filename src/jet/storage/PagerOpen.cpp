@@ -53,6 +53,18 @@ Result<std::unique_ptr<LockFile>> EnterLockFile(Storage& storage, const std::str
   return std::unique_ptr<LockFile>();
 }
 
+/// As Recover, for a file that we may only read. A stamp may be that of a writer who is at it: only
+/// one that stands there while we read is left over.
+Status RecoverForReading(Storage& storage, const std::string& path, const PagerOptions& options,
+                         StoredFile& file) {
+  FileLocks locks(storage, file, false, PatienceOf(options));
+  if (Status locked = locks.LockForReading(); !locked.ok()) return locked;
+  const Result<std::optional<Stamp>> stamp = ReadStamp(file);
+  locks.UnlockForReading();
+  if (!stamp.ok()) return stamp.error();
+  return stamp.value() ? RecoverByOpening(storage, path, options) : Status();
+}
+
 /// Undoes an interrupted transaction, so that the header can be trusted.
 Status RecoverAtOpening(Storage& storage, const std::string& path, const PagerOptions& options,
                         StoredFile& file) {
@@ -60,7 +72,9 @@ Status RecoverAtOpening(Storage& storage, const std::string& path, const PagerOp
   if (!stamp.ok()) return stamp.error();
   const bool exclusive = options.sharing == Sharing::Exclusive;
   if (stamp.value()) {
-    if (options.sharing == Sharing::ReadOnly) return RecoverByOpening(storage, path, options);
+    if (options.sharing == Sharing::ReadOnly) {
+      return RecoverForReading(storage, path, options, file);
+    }
     FileLocks locks(storage, file, exclusive, PatienceOf(options));
     return Recover(storage, path, file, locks);
   }

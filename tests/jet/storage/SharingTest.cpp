@@ -163,6 +163,27 @@ TEST_F(SharedDatabase, KeepsReadersOutOfWhatHasSpilled) {
   EXPECT_EQ(ByteOf(*reader, 3), FirstByte(3));
 }
 
+TEST_F(SharedDatabase, IsOpenedToBeReadWhenAWriterIsDoneWithIt) {
+  const auto writer = Pager::Open(storage_, kPath, Opened(Sharing::Shared, 16));
+  ASSERT_TRUE(writer.ok());
+  ASSERT_TRUE(writer.value()->Begin().ok());
+  for (PageNumber page = 1; page < 30; ++page) {
+    ASSERT_TRUE(FillPage(*writer.value(), page, 0x66).ok());
+  }
+  ASSERT_GT(writer.value()->counters().spills, 0U);  // half of it is in the file, with its stamp
+  storage_.ForbidWriting();
+  EXPECT_EQ(Pager::Open(storage_, kPath, Opened(Sharing::ReadOnly)).number(), 3050);
+
+  storage_.on_pause = [&] {
+    if (writer.value()->in_transaction()) {
+      EXPECT_TRUE(writer.value()->Commit().ok());
+    }
+  };
+  const auto reader = Open(Sharing::ReadOnly);
+  ASSERT_NE(reader, nullptr);
+  EXPECT_EQ(ByteOf(*reader, 3), 0x66);
+}
+
 TEST_F(SharedDatabase, BeginsWithoutWaitingWithinAReadScope) {
   const auto one = Open(Sharing::Shared);
   const auto two = Open(Sharing::Shared);
