@@ -175,7 +175,7 @@ Result<std::unique_ptr<Pager>> Pager::Create(Storage& storage, std::string_view 
   {
     const Result<FileHeader> header = ParseFileHeader(header_page);
     if (!header.ok()) return header.error();
-    const Result<std::unique_ptr<StoredFile>> file =
+    Result<std::unique_ptr<StoredFile>> file =
         storage.Create(name, Sharing::Exclusive, options.like);
     if (!file.ok()) return CannotOpen(file.error(), storage, name, Sharing::Exclusive);
     const std::size_t page_size = LayoutOf(header.value().version).page_size;
@@ -184,6 +184,7 @@ Result<std::unique_ptr<Pager>> Pager::Create(Storage& storage, std::string_view 
     if (made.ok()) made = storage.FlushFolder(name);
     if (!made.ok()) {
       const RuntimeError error = FileError(made.error());
+      file.value().reset();  // what is open cannot be deleted on every system
       static_cast<void>(storage.Delete(name));
       return error;
     }

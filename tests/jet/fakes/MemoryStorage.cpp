@@ -96,8 +96,12 @@ void MemoryStorage::SetName(std::string_view path, NodePointer node) {
 
 Status MemoryStorage::Delete(std::string_view path) {
   if (Status change = machine_->Change(); !change.ok()) return change;
-  if (!names_.contains(path)) return StandardError(kFileNotFound);
+  const auto found = names_.find(path);
+  if (found == names_.end()) return StandardError(kFileNotFound);
   if (machine_->forbids_writing) return StandardError(kPathFileAccess);
+  if (keeps_open_files && !found->second->openers.empty()) {
+    return StandardError(kPermissionDenied);
+  }
   SetName(path, nullptr);
   return {};
 }

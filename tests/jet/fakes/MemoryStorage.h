@@ -53,6 +53,8 @@ class MemoryStorage final : public Storage {
   void LimitSpace(std::uint64_t bytes);
   /// Opening for writing, creating and deleting are kPathFileAccess.
   void ForbidWriting();
+  /// As Windows has it: a file that is open cannot be deleted (kPermissionDenied).
+  bool keeps_open_files = false;
   /// Called by Pause: what others do meanwhile.
   std::function<void()> on_pause;
 

@@ -196,5 +196,23 @@ TEST(Pager, CreatesAFileOfOnePage) {
   EXPECT_FALSE(storage.Has("other"));
 }
 
+TEST(Pager, LeavesNoFileThatItCouldNotMake) {
+  struct Case {
+    const char* what;
+    int call;
+  };
+  constexpr Case kCases[] = {{"writing", 2}, {"flushing", 3}, {"flushing the folder", 4}};
+  for (const Case& row : kCases) {
+    SCOPED_TRACE(row.what);
+    MemoryStorage storage;
+    storage.keeps_open_files = true;
+    storage.FailAt(row.call, kDiskFull);
+    const std::string header = MakeDatabase(1);
+    EXPECT_EQ(Pager::Create(storage, kPath, AsBytes(header), Opened(Sharing::Shared)).number(),
+              kDiskSpace);
+    EXPECT_TRUE(storage.Names().empty());
+  }
+}
+
 }  // namespace
 }  // namespace zent::jet::testing
