@@ -5,7 +5,7 @@
 namespace zent::jet {
 namespace {
 
-constexpr int kMaxHops = 8;  // a row that has moved is one hop away
+constexpr int kMostPlaces = 2;  // of a row: its own, and where its bytes are if they have moved
 constexpr std::size_t kPointerSize = 4;
 
 /// Slot `at` of a page of `owner`.
@@ -33,7 +33,7 @@ Result<StoredRow> RowStore::Fetch(RowPointer at) {
   Pager& pager = maps().pager();
   const ReadScope scope(pager);
   if (!scope.status().ok()) return scope.status().error();
-  for (int hop = 0; hop < kMaxHops; ++hop) {
+  for (int hop = 0; hop < kMostPlaces; ++hop) {
     Result<PageView> page = pager.Read(at.page);
     if (!page.ok()) return page.error();
     const Result<Slot> slot = SlotOf(pager, page.value().bytes(), at, definition());
@@ -50,7 +50,7 @@ Result<StoredRow> RowStore::Fetch(RowPointer at) {
     if (!next.ok()) return next.error();
     at = next.value();
   }
-  return Damaged(at.page, "the pointers to a row go in a loop");
+  return Damaged(at.page, "a row that has moved is not there, but a pointer again");
 }
 
 Status RowStore::CheckSize(ByteView row) {

@@ -235,5 +235,19 @@ TEST(RowStore, RefusesAPointerToARowThatHasNotMoved) {
   EXPECT_EQ(table.Fetch(second), SampleBytes(256, 2));
 }
 
+TEST(RowStore, RefusesARowThatHasMovedTwice) {
+  Table table;
+  const RowPointer first = table.Insert(SampleBytes(256, 1));
+  const RowPointer second = table.Insert(SampleBytes(256, 2));
+  const RowPointer third = table.Insert(SampleBytes(256, 3));
+  table.file.OverwriteU32(first.page, 0x0F00, second.packed());
+  table.file.OverwriteU32(first.page, 0x0E00, third.packed());
+  table.file.Overwrite(first.page, 14, {0x00, 0x4F, 0x00, 0x4E, 0x00, 0x8D});
+  EXPECT_EQ(table.Fetch(second), SampleBytes(256, 3));
+  EXPECT_EQ(table.rows.Fetch(first).number(), kCannotOpenDatabase);
+  EXPECT_EQ(table.rows.Update(first, AsBytes("new row")).number(), kCannotOpenDatabase);
+  EXPECT_EQ(table.rows.Delete(first).number(), kCannotOpenDatabase);
+}
+
 }  // namespace
 }  // namespace zent::jet::testing
