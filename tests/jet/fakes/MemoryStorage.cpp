@@ -5,6 +5,11 @@
 #include "jet/fakes/MemoryNode.h"
 
 namespace zent::jet::testing {
+namespace {
+
+bool IsName(std::string_view path) { return path.find('\0') == std::string_view::npos; }
+
+}  // namespace
 
 MemoryStorage::MemoryStorage() : machine_(std::make_unique<Machine>()) {}
 MemoryStorage::~MemoryStorage() = default;
@@ -61,6 +66,7 @@ std::unique_ptr<MemoryStorage> MemoryStorage::AfterPowerLoss(const PowerLoss& lo
 
 Result<std::unique_ptr<StoredFile>> MemoryStorage::Open(std::string_view path, Sharing sharing) {
   if (Status look = machine_->Look(); !look.ok()) return look.error();
+  if (!IsName(path)) return StandardError(kBadFileName);
   const auto found = names_.find(path);
   if (found == names_.end()) return StandardError(kFileNotFound);
   if (machine_->forbids_writing && sharing != Sharing::ReadOnly) {
@@ -77,6 +83,7 @@ Result<std::unique_ptr<StoredFile>> MemoryStorage::Open(std::string_view path, S
 Result<std::unique_ptr<StoredFile>> MemoryStorage::Create(std::string_view path, Sharing sharing,
                                                           std::string_view /*like*/) {
   if (Status change = machine_->Change(); !change.ok()) return change.error();
+  if (!IsName(path)) return StandardError(kBadFileName);
   if (machine_->forbids_writing) return StandardError(kPathFileAccess);
   if (names_.contains(path)) return StandardError(kFileAlreadyExists);
   auto node = std::make_shared<Node>();
@@ -96,6 +103,7 @@ void MemoryStorage::SetName(std::string_view path, NodePointer node) {
 
 Status MemoryStorage::Delete(std::string_view path) {
   if (Status change = machine_->Change(); !change.ok()) return change;
+  if (!IsName(path)) return StandardError(kBadFileName);
   const auto found = names_.find(path);
   if (found == names_.end()) return StandardError(kFileNotFound);
   if (machine_->forbids_writing) return StandardError(kPathFileAccess);
@@ -108,11 +116,13 @@ Status MemoryStorage::Delete(std::string_view path) {
 
 Result<bool> MemoryStorage::Exists(std::string_view path) {
   if (Status look = machine_->Look(); !look.ok()) return look.error();
+  if (!IsName(path)) return StandardError(kBadFileName);
   return names_.contains(path);
 }
 
 Status MemoryStorage::Rename(std::string_view path, std::string_view new_path) {
   if (Status change = machine_->Change(); !change.ok()) return change;
+  if (!IsName(path) || !IsName(new_path)) return StandardError(kBadFileName);
   const auto found = names_.find(path);
   if (found == names_.end()) return StandardError(kFileNotFound);
   const NodePointer node = found->second;

@@ -193,6 +193,22 @@ TYPED_TEST_P(StorageContract, NamesWhatIsMissingOrThere) {
   EXPECT_FALSE(this->storage().Exists(this->Path("a")).value_or(true));
 }
 
+// What the system takes for a name ends there: it would be another file.
+TYPED_TEST_P(StorageContract, RefusesANameWithANul) {
+  const std::string path = this->Path("a") + std::string("\0b", 2);
+  EXPECT_EQ(this->storage().Create(path, Sharing::Shared, {}).number(), kBadFileName);
+  EXPECT_FALSE(this->storage().Exists(this->Path("a")).value_or(true));
+  this->Made("a", Sharing::Shared, "x");
+  for (const Sharing sharing : {Sharing::Exclusive, Sharing::Shared, Sharing::ReadOnly}) {
+    EXPECT_EQ(this->storage().Open(path, sharing).number(), kBadFileName);
+  }
+  EXPECT_EQ(this->storage().Exists(path).number(), kBadFileName);
+  EXPECT_EQ(this->storage().Delete(path).number(), kBadFileName);
+  EXPECT_EQ(this->storage().Rename(path, this->Path("c")).number(), kBadFileName);
+  EXPECT_EQ(this->storage().Rename(this->Path("a"), path).number(), kBadFileName);
+  EXPECT_TRUE(this->storage().Exists(this->Path("a")).value_or(false));
+}
+
 TYPED_TEST_P(StorageContract, RenamesOverAnotherFile) {
   this->Made("a", Sharing::Shared, "new");
   this->Made("b", Sharing::Shared, "old");
@@ -208,6 +224,7 @@ REGISTER_TYPED_TEST_SUITE_P(StorageContract, ReadsWhatWasWritten, ReadsNothingBe
                             CutsAndLengthens, SharesAsTheOpenersAllow, ShowsAtOnceWhatOthersWrote,
                             RefusesToWriteWhatIsOpenToBeRead, LocksRangesFarBeyondTheEnd,
                             GivesLocksBackWhenClosed, TakesSharedLocksOnWhatIsOpenToBeRead,
-                            NamesWhatIsMissingOrThere, RenamesOverAnotherFile);
+                            NamesWhatIsMissingOrThere, RefusesANameWithANul,
+                            RenamesOverAnotherFile);
 
 }  // namespace zent::jet::testing

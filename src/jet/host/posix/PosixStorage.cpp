@@ -19,6 +19,9 @@ namespace {
 constexpr std::uint64_t kSharingByte = 0x80000100;
 constexpr mode_t kUsualRights = 0666;
 
+/// A NUL would cut the name short: another file.
+bool IsName(std::string_view path) { return path.find('\0') == std::string_view::npos; }
+
 std::string FolderOf(std::string_view path) {
   const std::size_t slash = path.rfind('/');
   if (slash == std::string_view::npos) return ".";
@@ -76,6 +79,7 @@ void MakeAlike(int fd, std::string_view like) {
 }  // namespace
 
 Result<std::unique_ptr<StoredFile>> PosixStorage::Open(std::string_view path, Sharing sharing) {
+  if (!IsName(path)) return StandardError(kBadFileName);
   const int access = sharing == Sharing::ReadOnly ? O_RDONLY : O_RDWR;
   // Not to wait for the other end of a pipe.
   const int fd = ::open(std::string(path).c_str(), access | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
@@ -85,6 +89,7 @@ Result<std::unique_ptr<StoredFile>> PosixStorage::Open(std::string_view path, Sh
 
 Result<std::unique_ptr<StoredFile>> PosixStorage::Create(std::string_view path, Sharing sharing,
                                                          std::string_view like) {
+  if (!IsName(path)) return StandardError(kBadFileName);
   // Nobody else may read it before it has its rights.
   const mode_t rights = like.empty() ? kUsualRights : mode_t{0600};
   const int fd = ::open(std::string(path).c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, rights);
@@ -94,11 +99,13 @@ Result<std::unique_ptr<StoredFile>> PosixStorage::Create(std::string_view path, 
 }
 
 Status PosixStorage::Delete(std::string_view path) {
+  if (!IsName(path)) return StandardError(kBadFileName);
   if (::unlink(std::string(path).c_str()) != 0) return PathError(path, errno);
   return {};
 }
 
 Result<bool> PosixStorage::Exists(std::string_view path) {
+  if (!IsName(path)) return StandardError(kBadFileName);
   struct stat info = {};
   if (::stat(std::string(path).c_str(), &info) == 0) return !S_ISDIR(info.st_mode);
   if (errno == ENOENT || errno == ENOTDIR) return false;
@@ -106,6 +113,7 @@ Result<bool> PosixStorage::Exists(std::string_view path) {
 }
 
 Status PosixStorage::Rename(std::string_view path, std::string_view new_path) {
+  if (!IsName(path) || !IsName(new_path)) return StandardError(kBadFileName);
   if (std::rename(std::string(path).c_str(), std::string(new_path).c_str()) != 0) {
     return PathError(path, errno);
   }
@@ -113,6 +121,7 @@ Status PosixStorage::Rename(std::string_view path, std::string_view new_path) {
 }
 
 Status PosixStorage::FlushFolder(std::string_view path) {
+  if (!IsName(path)) return StandardError(kBadFileName);
   const int fd = ::open(FolderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (fd < 0) return ErrorOfErrno(errno);
   // A file system that cannot flush a folder says EINVAL: there is nothing to be done.
