@@ -81,7 +81,13 @@ Result<PageFrame*> Pager::Core::Load(PageNumber page) {
     if (cache.Holds(next)) break;
     frames.push_back(cache.Add(next));
   }
-  if (Status filled = Fill(frames); !filled.ok()) return filled.error();
+  Status filled = Fill(frames);
+  if (!filled.ok() && frames.size() > 1) {
+    // One that nobody has asked for may be what cannot be read.
+    frames = {cache.Add(page)};
+    filled = Fill(frames);
+  }
+  if (!filled.ok()) return filled.error();
   read_ahead.Note(page, frames.size());
   counters.most_pages_held = std::max(counters.most_pages_held, cache.held());
   return frames.front();

@@ -67,6 +67,10 @@ Result<std::uint64_t> MemoryFile::Size() {
 Result<std::size_t> MemoryFile::ReadAt(std::uint64_t offset, MutableBytes buffer) {
   if (Status look = machine_.Look(); !look.ok()) return look.error();
   ++machine_.reads;
+  if (machine_.spoiled && offset <= *machine_.spoiled &&
+      *machine_.spoiled - offset < buffer.size()) {
+    return StandardError(kDeviceIoError);
+  }
   const std::string& bytes = node_->now;
   if (offset >= bytes.size()) return std::size_t{0};
   const std::size_t count = std::min<std::size_t>(buffer.size(), bytes.size() - offset);

@@ -21,6 +21,7 @@ struct MemoryStorage::Machine {
   int stop_at = 0;
   bool stopped = false;
   bool forbids_writing = false;
+  std::optional<std::uint64_t> spoiled;  ///< where nothing can be read
   std::optional<std::uint64_t> space;
   std::uint64_t used = 0;
 

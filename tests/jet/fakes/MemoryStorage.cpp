@@ -42,6 +42,7 @@ void MemoryStorage::FailAt(int call, int error_number) {
 }
 void MemoryStorage::StopAt(int call) { machine_->stop_at = machine_->calls + call; }
 bool MemoryStorage::stopped() const { return machine_->stopped; }
+void MemoryStorage::SpoilAt(std::uint64_t offset) { machine_->spoiled = offset; }
 void MemoryStorage::LimitSpace(std::uint64_t bytes) { machine_->space = bytes; }
 void MemoryStorage::ForbidWriting() { machine_->forbids_writing = true; }
 int MemoryStorage::changing_calls() const { return machine_->calls; }

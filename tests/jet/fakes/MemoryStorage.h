@@ -49,6 +49,8 @@ class MemoryStorage final : public Storage {
   /// As FailAt, and every later call fails as well, reading included: the machine has stopped.
   void StopAt(int call);
   bool stopped() const;
+  /// The byte at `offset` of a file cannot be read, nor any together with it (kDeviceIoError).
+  void SpoilAt(std::uint64_t offset);
   /// Files cannot grow beyond so many bytes altogether; a write gets as far as there is room.
   void LimitSpace(std::uint64_t bytes);
   /// Opening for writing, creating and deleting are kPathFileAccess.

@@ -5,6 +5,7 @@
 #include "jet/fakes/TestDatabase.h"
 #include "jet/format/JetErrors.h"
 #include "jet/storage/Pager.h"
+#include "jet/storage/StorageErrors.h"
 
 namespace zent::jet::testing {
 namespace {
@@ -168,6 +169,24 @@ TEST(Pager, RefusesWhatIsNoDatabase) {
       EXPECT_EQ(Pager::Open(storage, kPath, Opened(sharing)).number(), row.number);
       EXPECT_EQ(storage.Bytes(kPath), row.bytes);
       EXPECT_EQ(storage.Names().size(), 1U);
+    }
+  }
+}
+
+// Pages are read ahead of a scan; those that can be read must not suffer from one that cannot.
+TEST(Pager, ReadsThePagesBesideOneThatCannotBeRead) {
+  constexpr PageNumber kPages = 200;
+  constexpr PageNumber kSpoiled = 100;
+  MemoryStorage storage;
+  storage.Put(kPath, MakeDatabase(kPages));
+  const auto pager = Pager::Open(storage, kPath, Opened(Sharing::Exclusive));
+  ASSERT_TRUE(pager.ok());
+  storage.SpoilAt(std::uint64_t{kSpoiled} * kPage + 7);
+  for (PageNumber page = 1; page < kPages; ++page) {
+    const Result<PageView> read = pager.value()->Read(page);
+    EXPECT_EQ(read.number(), page == kSpoiled ? kDiskError : 0) << page;
+    if (read.ok()) {
+      EXPECT_EQ(read.value().bytes()[100], FirstByte(page));
     }
   }
 }
