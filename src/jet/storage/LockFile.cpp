@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <random>
 #include <utility>
 
 #include "base/CodePage.h"
@@ -147,6 +148,23 @@ Result<int> TakeSlot(StoredFile& file) {
   return 0;
 }
 
+/// Whether the name leads to the file whose slot we hold: another user may have deleted that one
+/// and a third made a new one, where the slot may have an entry like ours. Told by a number in the
+/// entry, which is written over afterwards.
+Result<bool> HasName(Storage& storage, const std::string& path, StoredFile& file, int slot) {
+  std::array<std::uint8_t, 8> drawn = {};
+  std::random_device device;
+  for (std::uint8_t& byte : drawn) byte = static_cast<std::uint8_t>(device());
+  const std::uint64_t offset = EntryOffset(slot) + kEntrySize - drawn.size();
+  if (const Status wrote = file.WriteAt(offset, drawn); !wrote.ok()) {
+    return FileError(wrote.error());
+  }
+  const Result<std::unique_ptr<StoredFile>> named = storage.Open(path, Sharing::ReadOnly);
+  if (!named.ok()) return false;
+  std::array<std::uint8_t, 8> found = {};
+  return named.value()->ReadAt(offset, found).ok() && found == drawn;
+}
+
 Result<std::unique_ptr<StoredFile>> OpenOrCreate(Storage& storage, const std::string& path,
                                                  std::string_view database) {
   Result<std::unique_ptr<StoredFile>> file = storage.Open(path, Sharing::Shared);
@@ -185,8 +203,9 @@ Result<std::unique_ptr<LockFile>> LockFile::Enter(Storage& storage, std::string_
     if (!slot.ok()) return slot.error();
     if (slot.value() == 0) continue;
     // The file whose slot we hold may have lost its name in between.
-    const Result<bool> there = storage.Exists(path);
-    if (!there.ok() || !there.value()) continue;
+    const Result<bool> named = HasName(storage, path, *file.value(), slot.value());
+    if (!named.ok()) return named.error();
+    if (!named.value()) continue;
     Status written = WriteEntry(*file.value(), slot.value(), user);
     if (!written.ok()) return written.error();
     return std::unique_ptr<LockFile>(

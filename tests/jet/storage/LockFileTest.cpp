@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <utility>
+
 #include "jet/fakes/MemoryStorage.h"
 #include "jet/fakes/TestDatabase.h"
 #include "jet/format/JetErrors.h"
@@ -140,6 +143,54 @@ TEST(LockFile, DoesNotAddUpThoseWhoLeaveOneAfterTheOther) {
     EXPECT_TRUE(leaving.value()->TryLock(++slot, 1, true).value_or(false));
   };
   EXPECT_FALSE(one.value()->HasForeignUser().value_or(true));
+}
+
+/// Files of a machine on which something happens as soon as one was opened.
+class WatchedStorage final : public Storage {
+ public:
+  explicit WatchedStorage(Storage& files) : files_(files) {}
+
+  std::function<void()> on_opened;  ///< called once
+
+  Result<std::unique_ptr<StoredFile>> Open(std::string_view path, Sharing sharing) override {
+    Result<std::unique_ptr<StoredFile>> file = files_.Open(path, sharing);
+    if (on_opened) std::exchange(on_opened, nullptr)();
+    return file;
+  }
+  Result<std::unique_ptr<StoredFile>> Create(std::string_view path, Sharing sharing,
+                                             std::string_view like) override {
+    return files_.Create(path, sharing, like);
+  }
+  Status Delete(std::string_view path) override { return files_.Delete(path); }
+  Result<bool> Exists(std::string_view path) override { return files_.Exists(path); }
+  Status Rename(std::string_view path, std::string_view new_path) override {
+    return files_.Rename(path, new_path);
+  }
+  Status FlushFolder(std::string_view path) override { return files_.FlushFolder(path); }
+  void Pause(std::chrono::milliseconds time) override { files_.Pause(time); }
+
+ private:
+  Storage& files_;
+};
+
+// The last user deletes the file while we enter it, and the next one makes another.
+TEST(LockFile, IsEnteredWhereOthersFindIt) {
+  MemoryStorage storage;
+  storage.Put("a.ldb", "");
+  std::unique_ptr<LockFile> other;
+  WatchedStorage watched(storage);
+  watched.on_opened = [&] {
+    ASSERT_TRUE(storage.Delete("a.ldb").ok());
+    auto entered = EnterAs(storage, "ANNA");
+    ASSERT_TRUE(entered.ok());
+    other = std::move(entered.value());
+  };
+  const auto ours = EnterAs(watched, "ANNA");
+  ASSERT_TRUE(ours.ok());
+  ASSERT_NE(other, nullptr);
+  EXPECT_EQ(other->slot(), 1);
+  EXPECT_EQ(ours.value()->slot(), 2);
+  EXPECT_EQ(other->Users().value_or({}).size(), 2U);
 }
 
 TEST(LockFile, SaysWhyItCannotBeMade) {
