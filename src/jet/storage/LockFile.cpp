@@ -222,6 +222,15 @@ Result<std::vector<User>> LockFile::UsersOf(Storage& storage, std::string_view d
   return UsersIn(*file.value(), 0);
 }
 
+bool LockFile::IsInUse(Storage& storage, std::string_view database) {
+  for (int look = 1;; ++look) {
+    const Result<std::vector<User>> users = UsersOf(storage, database);
+    if (!users.ok() || users.value().empty()) return false;
+    if (look == kForeignLooks) return true;
+    storage.Pause(kForeignPause);
+  }
+}
+
 LockFile::~LockFile() {
   // Whoever gets all other slots is alone; nobody can enter while they are held.
   const auto own = static_cast<std::uint64_t>(slot_);

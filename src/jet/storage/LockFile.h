@@ -39,6 +39,10 @@ class LockFile {
   /// Users of a database that we do not have open. A missing lock file has none.
   static Result<std::vector<User>> UsersOf(Storage& storage, std::string_view database);
 
+  /// Whether anyone has a slot of a database that we have open exclusively, and keeps it for 200
+  /// ms: who leaves holds all slots for a moment. A lock file that cannot be read tells of nobody.
+  static bool IsInUse(Storage& storage, std::string_view database);
+
   /// Gives back the slot; the last user deletes the file.
   ~LockFile();
   LockFile(const LockFile&) = delete;

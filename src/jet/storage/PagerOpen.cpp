@@ -125,6 +125,10 @@ Result<OpenedFile> OpenDatabaseFile(Storage& storage, const std::string& path,
   const Result<JetVersion> version = ReadVersion(start.value());
   if (!version.ok()) return version.error();
 
+  // Where the system does not keep others from opening the file, their slots tell of them.
+  if (options.sharing == Sharing::Exclusive && LockFile::IsInUse(storage, path)) {
+    return CannotOpen(StandardError(kPermissionDenied), storage, path, options.sharing);
+  }
   Result<std::unique_ptr<LockFile>> lock_file = EnterLockFile(storage, path, options);
   if (!lock_file.ok()) return lock_file.error();
   if (version.value() == JetVersion::Jet4) {

@@ -219,6 +219,26 @@ TEST_F(SharedDatabase, IsNotWrittenWhileAProgramOfAnotherKindHasASlot) {
   EXPECT_TRUE(Save(*ours, 0x12).ok());
 }
 
+TEST_F(SharedDatabase, IsNotOpenedExclusivelyWhileAProgramOfAnotherKindHasASlot) {
+  storage_.Put(LockFile::PathFor(kPath), std::string(64, '\0'));
+  // Left behind by a program that was killed: nobody has a slot.
+  EXPECT_NE(Open(Sharing::Exclusive), nullptr);
+  EXPECT_EQ(storage_.pauses(), 0);
+
+  const auto other = storage_.Open(LockFile::PathFor(kPath), Sharing::Shared);
+  ASSERT_TRUE(other.ok());
+  ASSERT_TRUE(other.value()->TryLock(0x10000002, 1, true).value_or(false));
+  std::string entry(64, '\0');
+  entry.replace(0, 6, "OFFICE").replace(32, 5, "Chris");
+  ASSERT_TRUE(other.value()->WriteAt(64, AsBytes(entry)).ok());
+  const auto refused = Pager::Open(storage_, kPath, Opened(Sharing::Exclusive));
+  EXPECT_EQ(refused.number(), kDatabaseInUse);
+  EXPECT_THAT(refused.error().description, HasSubstr("Chris on OFFICE"));
+
+  storage_.on_pause = [&] { static_cast<void>(other.value()->Unlock(0x10000002, 1)); };
+  EXPECT_NE(Open(Sharing::Exclusive), nullptr);
+}
+
 TEST_F(SharedDatabase, OfAWriterThatDiedIsRecoveredByWhoeverReadsNext) {
   // A machine on which a transaction is half in the file, its writer gone.
   const auto half = [&] {
