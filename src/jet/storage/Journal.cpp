@@ -1,6 +1,7 @@
 #include "jet/storage/Journal.h"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "jet/format/JetErrors.h"
@@ -10,6 +11,20 @@ namespace zent::jet {
 namespace {
 
 constexpr std::uint32_t kGroup = 64;  // records that are read or written in one call
+
+constexpr int kAttempts = 20;
+constexpr std::chrono::milliseconds kPause{10};
+
+/// Calls `open` until nobody is in the way: a scanner that has the file open, or the last one who
+/// holds a journal that was deleted.
+template <typename Open>
+Result<std::unique_ptr<StoredFile>> OpenPatiently(Storage& storage, const Open& open) {
+  for (int attempt = 1;; ++attempt) {
+    Result<std::unique_ptr<StoredFile>> file = open();
+    if (file.number() != kPermissionDenied || attempt == kAttempts) return file;
+    storage.Pause(kPause);
+  }
+}
 
 RuntimeError JournalDamaged() {
   return Damaged(0, "a change was interrupted, and the journal to undo it is damaged");
@@ -26,8 +41,11 @@ Journal::Journal(Storage& storage, std::string path, std::unique_ptr<StoredFile>
 
 Result<std::unique_ptr<Journal>> Journal::Create(Storage& storage, std::string_view database) {
   std::string path = PathFor(database);
-  Result<std::unique_ptr<StoredFile>> file = storage.Create(path, Sharing::Shared, database);
-  if (file.number() == kFileAlreadyExists) file = storage.Open(path, Sharing::Shared);
+  Result<std::unique_ptr<StoredFile>> file = OpenPatiently(storage, [&] {
+    Result<std::unique_ptr<StoredFile>> made = storage.Create(path, Sharing::Shared, database);
+    if (made.number() == kFileAlreadyExists) made = storage.Open(path, Sharing::Shared);
+    return made;
+  });
   if (!file.ok()) return FileError(file.error());
   // Whether the name of one left over is on disk is not known: it counts as new.
   return std::unique_ptr<Journal>(
@@ -36,7 +54,8 @@ Result<std::unique_ptr<Journal>> Journal::Create(Storage& storage, std::string_v
 
 Result<std::unique_ptr<Journal>> Journal::Open(Storage& storage, std::string_view database) {
   std::string path = PathFor(database);
-  Result<std::unique_ptr<StoredFile>> file = storage.Open(path, Sharing::ReadOnly);
+  Result<std::unique_ptr<StoredFile>> file =
+      OpenPatiently(storage, [&] { return storage.Open(path, Sharing::ReadOnly); });
   if (file.number() == kFileNotFound) return file.error();
   if (!file.ok()) return FileError(file.error());
 

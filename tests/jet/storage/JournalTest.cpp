@@ -49,6 +49,26 @@ TEST(Journal, UndoesAnInterruptedTransaction) {
   EXPECT_FALSE(disk->Has(kJournal));
 }
 
+TEST(Journal, WaitsForWhoHasItOpenForAMoment) {
+  const std::string before = MakeDatabase(12);
+  const auto disk = Interrupted(before);
+  auto scanner = std::move(disk->Open(kJournal, Sharing::Exclusive).value());
+  disk->on_pause = [&] { scanner.reset(); };
+  EXPECT_EQ(OpeningNumber(*disk), 0);
+  EXPECT_EQ(disk->Bytes(kPath), before);
+  EXPECT_EQ(disk->pauses(), 1);
+
+  MemoryStorage storage;
+  storage.Put(kJournal, "left behind");
+  scanner = std::move(storage.Open(kJournal, Sharing::Exclusive).value());
+  storage.on_pause = [&] { scanner.reset(); };
+  EXPECT_TRUE(Journal::Create(storage, kPath).ok());
+  scanner = std::move(storage.Open(kJournal, Sharing::Exclusive).value());
+  storage.on_pause = nullptr;
+  EXPECT_FALSE(Journal::Create(storage, kPath).ok());
+  scanner.reset();
+}
+
 TEST(Journal, IsRefusedDamagedAnywhere) {
   const auto disk = Interrupted(MakeDatabase(12));
   const std::string database = disk->Bytes(kPath);

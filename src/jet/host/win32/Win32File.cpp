@@ -42,6 +42,16 @@ int NumberOfCode(DWORD code) {
   }
 }
 
+/// Whether the last call failed for a file that was deleted and goes when the last one closes it:
+/// that passes, unlike a lack of rights, though both have one Win32 code.
+bool WasBeingDeleted() {
+  constexpr ULONG kDeletePending = 0xC0000056;
+  using LastStatus = LONG(NTAPI*)();
+  static const auto last_status = reinterpret_cast<LastStatus>(reinterpret_cast<void*>(
+      GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "RtlGetLastNtStatus")));
+  return last_status != nullptr && static_cast<ULONG>(last_status()) == kDeletePending;
+}
+
 OVERLAPPED PlaceOf(std::uint64_t offset) {
   OVERLAPPED place = {};
   place.Offset = static_cast<DWORD>(offset);
@@ -56,6 +66,7 @@ DWORD High(std::uint64_t value) { return static_cast<DWORD>(value >> 32U); }
 
 RuntimeError ErrorOfLastCall() {
   const DWORD code = GetLastError();
+  if (code == ERROR_ACCESS_DENIED && WasBeingDeleted()) return StandardError(kPermissionDenied);
   const int number = NumberOfCode(code);
   if (number != kDeviceIoError) return StandardError(number);
   return StandardError(number, "system error " + std::to_string(code));

@@ -1,4 +1,7 @@
 #include <gtest/gtest.h>
+#include <windows.h>
+
+#include <filesystem>
 
 #include "jet/fakes/StorageContract.h"
 #include "jet/fakes/TestDatabase.h"
@@ -51,6 +54,22 @@ TEST(Win32Storage, DeletesNoFileThatIsOpen) {
   const auto file = machine.storage.Create(machine.Path("a"), Sharing::Shared, {});
   ASSERT_TRUE(file.ok());
   EXPECT_EQ(machine.storage.Delete(machine.Path("a")).number(), kPermissionDenied);
+}
+
+// Where the name of a deleted file goes at once, there is nothing in the way.
+TEST(Win32Storage, TakesAFileThatIsBeingDeletedForNoLackOfRights) {
+  Win32Machine machine;
+  machine.folder.Put("a", "x");
+  const std::filesystem::path path = machine.folder.path() / "a";
+  const HANDLE reader = CreateFileW(path.c_str(), GENERIC_READ,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  ASSERT_NE(reader, INVALID_HANDLE_VALUE);
+  ASSERT_NE(DeleteFileW(path.c_str()), 0);
+  EXPECT_NE(machine.storage.Open(machine.Path("a"), Sharing::Shared).number(), kPathFileAccess);
+  EXPECT_NE(machine.storage.Create(machine.Path("a"), Sharing::Shared, {}).number(),
+            kPathFileAccess);
+  CloseHandle(reader);
 }
 
 /// Two pagers of one file, through the system's own sharing and locks.
