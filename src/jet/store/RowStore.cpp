@@ -23,7 +23,9 @@ Result<RowPointer> PointerIn(const Slot& slot, PageNumber page) {
 
 }  // namespace
 
-// Cursors and bookmarks remember row pointers: a slot is not given to another row.
+// Cursors and bookmarks remember row pointers: a slot is not given to another row as long as its
+// page has any. A page without rows is released; taken again by the table, its slots begin anew,
+// and a pointer that was kept since may then name another row.
 RowStore::RowStore(UsageMaps& maps, PageNumber definition, RowPointer owned_map,
                    RowPointer free_map)
     : pages_(maps,
