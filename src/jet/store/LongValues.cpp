@@ -149,7 +149,8 @@ Result<std::string> ReadLongValue(Pager& pager, ByteView field, PageNumber page)
   return value;
 }
 
-Result<std::string> StoreLongValue(Pager& pager, ByteView value, const LongValueSink& insert) {
+Result<std::string> StoreLongValue(Pager& pager, ByteView value, bool apart,
+                                   const LongValueSink& insert) {
   const Layout& layout = pager.layout();
   if (value.size() > kMaxLongValue) return JetError(kFieldTooSmall);
   const auto length = static_cast<std::uint32_t>(value.size());
@@ -157,7 +158,7 @@ Result<std::string> StoreLongValue(Pager& pager, ByteView value, const LongValue
     const auto bytes = LongValueField(kind, length, first);
     return std::string(AsText(bytes));
   };
-  if (length <= layout.data.max_inline_value) {
+  if (length == 0 || (!apart && length <= layout.data.max_inline_value)) {
     return field(LongValueKind::Inline, {}).append(AsText(value));
   }
   const bool single = length <= layout.data.max_long_value_row;
@@ -173,8 +174,8 @@ LongValues::LongValues(UsageMaps& maps, const LongValueMaps& column)
                     .free = column.free,
                     .reuses_slots = true}) {}
 
-Result<std::string> LongValues::Write(ByteView value) {
-  return StoreLongValue(pages_.maps().pager(), value,
+Result<std::string> LongValues::Write(ByteView value, bool apart) {
+  return StoreLongValue(pages_.maps().pager(), value, apart,
                         [this](ByteView row) { return pages_.Insert(row, SlotKind::Row); });
 }
 

@@ -21,9 +21,11 @@ Status ReadLongValue(Pager& pager, ByteView field, PageNumber page, std::string&
 /// Puts a row on a page of a column's long values.
 using LongValueSink = std::function<Result<RowPointer>(ByteView row)>;
 
-/// Stores a value and returns the bytes of its field: descriptor and value where it is short, else
-/// the descriptor of the row or the chain of rows that `insert` puts somewhere.
-Result<std::string> StoreLongValue(Pager& pager, ByteView value, const LongValueSink& insert);
+/// Stores a value and returns the bytes of its field: descriptor and value where it is short and
+/// not to be `apart`, else the descriptor of the row or the chain of rows that `insert` puts
+/// somewhere.
+Result<std::string> StoreLongValue(Pager& pager, ByteView value, bool apart,
+                                   const LongValueSink& insert);
 
 /// Writes and releases the values of one column.
 class LongValues {
@@ -31,7 +33,7 @@ class LongValues {
   LongValues(UsageMaps& maps, const LongValueMaps& column);
 
   /// Stores a value where there is room and returns the bytes of its field.
-  Result<std::string> Write(ByteView value);
+  Result<std::string> Write(ByteView value, bool apart = false);
 
   /// Releases the rows of the value that `field` describes. All are checked before one goes.
   Status Release(ByteView field, PageNumber page);

@@ -82,6 +82,23 @@ Result<FieldBytes> EncodeValue(const ColumnDefinition& column, const Value& valu
   return field;
 }
 
+bool MoveApart(const TableDefinition& table, RowFields& fields) {
+  bool moved = false;
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    FieldBytes& field = fields[i];
+    if (!field.present || !IsLong(table.columns[i].type) || field.apart) continue;
+    if (field.stored) {
+      const Result<LongValueDescriptor> value = ParseLongValue(AsBytes(field.bytes), 0);
+      if (!value.ok() || value.value().kind != LongValueKind::Inline) continue;
+      field.bytes = std::string(AsText(value.value().data));
+      field.stored = false;
+    }
+    field.apart = !field.bytes.empty();
+    moved = moved || field.apart;
+  }
+  return moved;
+}
+
 Result<ByteView> BuildRow(const TableDefinition& table, const RowFields& fields,
                           RowBuilder& builder) {
   const std::size_t longest = LayoutOf(table.version).data.max_inline_value;
@@ -92,7 +109,7 @@ Result<ByteView> BuildRow(const TableDefinition& table, const RowFields& fields,
     if (column.type == ColumnType::Bool) {
       builder.SetBool(column, field.present);
     } else if (field.present && IsLong(column.type) && !field.stored) {
-      const std::size_t kept = field.bytes.size() > longest ? 0 : field.bytes.size();
+      const std::size_t kept = field.apart || field.bytes.size() > longest ? 0 : field.bytes.size();
       builder.Set(column, AsBytes(std::string(kLongValueDescriptorSize + kept, '\0')));
     } else if (field.present) {
       builder.Set(column, AsBytes(field.bytes));

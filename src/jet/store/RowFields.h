@@ -15,6 +15,7 @@ namespace zent::jet {
 struct FieldBytes {
   bool present = false;  ///< not null; for bool columns the value
   bool stored = false;   ///< memo and OLE: `bytes` are the row's field, not the value itself
+  bool apart = false;    ///< memo and OLE: goes outside of the row, however short it is
   std::string bytes = {};
 };
 
@@ -32,6 +33,10 @@ Result<RowFields> LoadFields(const TableDefinition& table, ByteView row, PageNum
 
 /// The bytes of `value` for `column`. kDataTypeConversion, kFieldTooSmall.
 Result<FieldBytes> EncodeValue(const ColumnDefinition& column, const Value& value);
+
+/// For a row that does not fit a page: long values that lie in it, or would, go outside of it; they
+/// are to be stored then. False when there is none.
+bool MoveApart(const TableDefinition& table, RowFields& fields);
 
 /// The row. A long value that is not stored yet is taken to be: its place is held when it is too
 /// long to be kept in the row. kRecordTooLarge when it does not fit a page.

@@ -155,11 +155,14 @@ Result<TableStore::RowKeys> TableStore::KeysOf(const RowFields& fields, PageNumb
   return keys;
 }
 
-Status TableStore::CheckChange(const RowFields& fields, const RowKeys* before,
-                               const RowKeys& after) {
+Status TableStore::CheckChange(RowFields& fields, const RowKeys* before, const RowKeys& after) {
   for (std::size_t i = 0; i < indexes_.size(); ++i) {
     if (before != nullptr && (*before)[i].key == after[i].key) continue;
     if (Status checked = indexes_[i].Check(after[i]); !checked.ok()) return checked;
+  }
+  Status built = BuildRow(table_, fields, builder_).status();
+  if (built.number() == kRecordTooLarge && MoveApart(table_, fields)) {
+    built = BuildRow(table_, fields, builder_).status();
   }
   for (std::size_t i = 0; i < fields.size(); ++i) {
     const bool is_new = fields[i].present && !fields[i].stored && IsLong(table_.columns[i].type);
@@ -167,7 +170,7 @@ Status TableStore::CheckChange(const RowFields& fields, const RowKeys* before,
       return Damaged(page(), "a memo or OLE field without maps");
     }
   }
-  return BuildRow(table_, fields, builder_).status();
+  return built;
 }
 
 Result<RowState> TableStore::OpenRow(RowPointer at) {

@@ -114,7 +114,8 @@ class TableStore {
   Status GiveNumbers(std::vector<Value>& values, std::optional<std::int32_t>& last_number);
   Result<FieldBytes> Accept(std::size_t position, const Value& value);
   Result<RowKeys> KeysOf(const RowFields& fields, PageNumber page);
-  Status CheckChange(const RowFields& fields, const RowKeys* before, const RowKeys& after);
+  /// Moves long values out of a row that would be too long.
+  Status CheckChange(RowFields& fields, const RowKeys* before, const RowKeys& after);
   Result<RowState> OpenRow(RowPointer at);
 
   Status StoreLongValues(RowFields& fields);

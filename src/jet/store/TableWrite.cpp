@@ -7,7 +7,7 @@ Status TableStore::StoreLongValues(RowFields& fields) {
   for (std::size_t i = 0; i < fields.size(); ++i) {
     FieldBytes& field = fields[i];
     if (!field.present || field.stored || !IsLong(table_.columns[i].type)) continue;
-    Result<std::string> written = long_values_.at(i).Write(AsBytes(field.bytes));
+    Result<std::string> written = long_values_.at(i).Write(AsBytes(field.bytes), field.apart);
     if (!written.ok()) return written.error();
     field.bytes = std::move(written.value());
     field.stored = true;

@@ -20,6 +20,7 @@ Status RowReader::ReadField(const RowView& row, std::size_t i, PageNumber page) 
   const ColumnDefinition& column = from_.definition().columns[columns_[i]];
   FieldBytes& field = fields_[i];
   field.stored = false;
+  field.apart = false;
   Pager& pager = from_.rows().maps().pager();
   if (from_.definition().version != to_.version) {
     const Result<Value> value = FieldValue(pager, column, row, page);

@@ -91,27 +91,37 @@ Status TableLoader::OpenIndexes(std::size_t sort_bytes) {
   return {};
 }
 
-Status TableLoader::Add(RowFields& fields) {
+Status TableLoader::StoreLongValues(RowFields& fields) {
   for (std::size_t i = 0; i < fields.size(); ++i) {
     FieldBytes& field = fields[i];
     if (!IsLong(table_.columns[i].type) || !field.present || field.stored) continue;
-    Result<std::string> stored = StoreLongValue(table_.columns[i].number, AsBytes(field.bytes));
+    Result<std::string> stored =
+        StoreLongValue(table_.columns[i].number, AsBytes(field.bytes), field.apart);
     if (!stored.ok()) return stored.error();
     field.bytes = std::move(stored.value());
     field.stored = true;
   }
-  const Result<ByteView> row = BuildRow(table_, fields, builder_);
+  return {};
+}
+
+Status TableLoader::Add(RowFields& fields) {
+  if (Status stored = StoreLongValues(fields); !stored.ok()) return stored;
+  Result<ByteView> row = BuildRow(table_, fields, builder_);
+  if (row.number() == kRecordTooLarge && MoveApart(table_, fields)) {
+    if (Status stored = StoreLongValues(fields); !stored.ok()) return stored;
+    row = BuildRow(table_, fields, builder_);
+  }
   if (!row.ok()) return row.error();
   return AddStored(row.value());
 }
 
-Result<std::string> TableLoader::StoreLongValue(std::uint16_t column, ByteView value) {
+Result<std::string> TableLoader::StoreLongValue(std::uint16_t column, ByteView value, bool apart) {
   const auto values = long_values_.find(column);
   if (values == long_values_.end()) {
     return Damaged(pages_.front(), "a memo or OLE field without maps");
   }
   RowAppender& rows = values->second;
-  return zent::jet::StoreLongValue(maps_.pager(), value,
+  return zent::jet::StoreLongValue(maps_.pager(), value, apart,
                                    [&rows](ByteView row) { return rows.Append(row); });
 }
 

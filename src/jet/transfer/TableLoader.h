@@ -32,8 +32,9 @@ class TableLoader {
   Status Add(RowFields& fields);
   /// The bytes of a row of this very layout; its long values are stored.
   Status AddStored(ByteView row);
-  /// Stores a long value of the column of that number and returns its field.
-  Result<std::string> StoreLongValue(std::uint16_t column, ByteView value);
+  /// Stores a long value of the column of that number and returns its field; `apart`: outside of
+  /// the row in any case.
+  Result<std::string> StoreLongValue(std::uint16_t column, ByteView value, bool apart = false);
 
   /// Builds the indexes and writes the counters. `compacted`: the file is being made anew.
   Status Finish(bool compacted);
@@ -50,6 +51,7 @@ class TableLoader {
   };
 
   TableLoader(UsageMaps& maps, StoredDefinition definition);
+  Status StoreLongValues(RowFields& fields);
   Status OpenIndexes(std::size_t sort_bytes);
   /// Appends the key of one column to that of the row, and counts it where it is null.
   Status AppendColumn(const ColumnDefinition& column, const KeyColumn& key_column,

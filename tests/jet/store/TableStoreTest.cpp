@@ -159,6 +159,42 @@ TEST(TableStore, RefusesARowThatNoPageTakes) {
   EXPECT_TRUE(ExpectRightTable(file, *table).empty());
 }
 
+TEST(TableStore, StoresManyShortMemosOutsideOfARowThatHasNoRoom) {
+  constexpr std::size_t kMemos = 64;
+  StoreFile file;
+  TableBuilder builder(file);
+  builder.AutoNumber("Id").Column("Name", ColumnType::Text, 510);
+  for (std::size_t i = 0; i < kMemos; ++i) {
+    builder.Column("Memo" + std::to_string(i), ColumnType::Memo);
+  }
+  const std::unique_ptr<TableStore> table = builder.Build();
+  // 50 bytes each, kept in the row as long as there is room: with the name there is none.
+  std::vector<Value> values(2 + kMemos, Null());
+  for (std::size_t i = 0; i < 60; ++i) values[2 + i] = Text(25, static_cast<char>('a' + i % 26));
+  const Result<RowPointer> first = table->Insert(values);
+  ASSERT_TRUE(first.ok()) << first.error().description;
+  TableRows expected = {{first.value(), values}};
+  EXPECT_EQ(ExpectRightTable(file, *table), expected);
+  values[1] = Text(255, 'n');
+  for (std::size_t i = 0; i < kMemos; ++i) values[2 + i] = Text(30, 'm');
+  values[0] = Null();
+  const Result<RowPointer> second = table->Insert(values);
+  ASSERT_TRUE(second.ok()) << second.error().description;
+  expected[second.value()] = values;
+  const ColumnChange longer[] = {{1, Text(255, 'y')}};
+  ASSERT_TRUE(table->Update(first.value(), longer).ok());
+  expected[first.value()][1] = Text(255, 'y');
+  EXPECT_EQ(ExpectRightTable(file, *table), expected);
+
+  const ColumnChange shorter[] = {{2, Text("brief")}, {3, Null()}};
+  ASSERT_TRUE(table->Update(second.value(), shorter).ok());
+  ASSERT_TRUE(table->Delete(first.value()).ok());
+  expected.erase(first.value());
+  expected[second.value()][2] = Text("brief");
+  expected[second.value()][3] = Null();
+  EXPECT_EQ(ExpectRightTable(file, *table), expected);
+}
+
 TEST(TableStore, ChangesOnlyWhatAnUpdateNames) {
   People people;
   const RowPointer at = people.Insert(Person("Ada", "London", Date{1.5}, std::string(500, 'n')));

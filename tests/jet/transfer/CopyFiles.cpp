@@ -141,6 +141,9 @@ void FillWide(Catalog& catalog) {
   }
   Expect(Schema(catalog).CreateTable(wide));
   Table& table = *catalog.OpenTable("Wide").value();
+  // Each short enough for the row, which has no room for all of them.
+  std::vector<Value> brief(kColumns, Text(25, 's'));
+  Expect(table.Insert(brief).status());
   // Longer than half a page: each lies on a page of its own.
   for (int row = 0; row < 5; ++row) {
     std::vector<Value> values(kColumns, Text(1500, static_cast<char>('a' + row)));

@@ -20,7 +20,7 @@ void MakeSource(Storage& storage, std::string_view path, int rows = 50,
 void MakeLetters(Storage& storage, std::string_view path, int rows = 60);
 
 /// Makes a database whose table "Wide" has 130 memo columns, and rows whose memos all lie
-/// elsewhere.
+/// elsewhere: because they are long, or because they are many.
 void MakeWide(Storage& storage, std::string_view path);
 
 /// Makes a database of a hundred empty tables, whose catalog has more than one page.
