@@ -19,7 +19,7 @@ namespace zent::jet::testing {
 namespace {
 
 constexpr unsigned kSeed = 20;
-constexpr int kRuns = 150;
+constexpr int kRuns = 100;
 constexpr int kDamagedBytes = 12;  // of each file
 
 const std::vector<std::string>& TableNames() {
