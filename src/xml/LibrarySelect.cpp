@@ -78,14 +78,20 @@ class Evaluation {
   }
 
   RuntimeError Failure() const {
-    if (!errors_.first()) return Unusable(xpath_, "it is not valid");
-    constexpr int kTooManySteps = int{XML_XPATH_EXPRESSION_OK} + int{XPATH_OP_LIMIT_EXCEEDED};
-    if (errors_.first()->code == kTooManySteps) {
+    if (HasTakenTooManySteps()) {
       return Unusable(xpath_, "it costs too much in a document of this size");
     }
+    if (!errors_.first()) return Unusable(xpath_, "it is not valid");
     constexpr int kTypeFault = XML_XPATH_INVALID_TYPE;
     if (errors_.first()->code == kTypeFault) return NoNodes();
     return Unusable(xpath_, errors_.first()->reason);
+  }
+
+  /// Some evaluations end there without an error that is handed over.
+  bool HasTakenTooManySteps() const {
+    constexpr int kTooManySteps = int{XML_XPATH_EXPRESSION_OK} + int{XPATH_OP_LIMIT_EXCEEDED};
+    if (errors_.first()) return errors_.first()->code == kTooManySteps;
+    return state_.xpath->opCount >= state_.xpath->opLimit;
   }
 
   RuntimeError NoNodes() const {
