@@ -131,12 +131,12 @@ TEST_F(InUse, ANewFileMayBeOpenElsewhereBeforeItIsInPlace) {
   // Large, so that there is the time to come upon it.
   folder_.Put("new", std::string(std::size_t{16} << 20U, 'x'));
   bool met = false;
-  for (int i = 0; i < 10 && !met; ++i) {
+  for (int i = 0; i < 50 && !met; ++i) {
     const Scanner scanner(folder_);
     EXPECT_TRUE(folder_.files().Copy("new", "target " + std::to_string(i)).ok());
     met = scanner.has_one();
   }
-  if (!met) GTEST_SKIP() << "no copy could be opened while it was made";
+  EXPECT_TRUE(met) << "no copy could be opened while it was made";
 }
 
 TEST_F(InUse, AHeldFileDoesNotMoveToAnotherVolume) {
