@@ -109,7 +109,7 @@ Status UsageMaps::Drop(RowPointer map) {
   const MutableBytes row = edit.value().row;
   if (row[0] == static_cast<std::uint8_t>(MapKind::Reference)) {
     for (std::size_t i = 0; i < (row.size() - 1) / 4; ++i) {
-      const Status released = ReleaseBitmap(i, LoadU32(row, 1 + 4 * i));
+      Status released = ReleaseBitmap(i, LoadU32(row, 1 + 4 * i));
       if (!released.ok()) return released;
     }
   }
