@@ -144,7 +144,7 @@ Status FileCopier::CopyCatalogRows(PageNumber page,
     if (Status added = loader.value()->Add(*fields.value()); !added.ok()) return added;
   }
   if (CountsRows(page)) {
-    const Status whole = CheckAllFound(*from.value(), loader.value()->rows());
+    Status whole = CheckAllFound(*from.value(), loader.value()->rows());
     if (!whole.ok()) return whole;
   }
   return loader.value()->Finish(true);
