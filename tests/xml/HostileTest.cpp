@@ -43,7 +43,8 @@ std::string NestedNamespaces(std::size_t levels, std::size_t namespaces) {
 std::string Defaults(const std::string& element, std::size_t count, const std::string& prefix) {
   std::string text = "<!DOCTYPE a [";
   for (std::size_t i = 0; i < count; ++i) {
-    text += "<!ATTLIST " + element + " " + prefix + std::to_string(i) + " CDATA 'x'>";
+    text.append("<!ATTLIST ").append(element).append(" ").append(prefix);
+    text.append(std::to_string(i)).append(" CDATA 'x'>");
   }
   return text + "]>";
 }
