@@ -28,7 +28,7 @@ template <typename Make>
 Result<std::string> MakeBeside(const FilePath& target, Make make) {
   constexpr int kTries = 100;
   const Result<std::string> folder = AnsiOf(target.folder());
-  if (!folder.ok()) return folder;
+  if (!folder.ok()) return folder.error();
   for (int i = 0; i < kTries; ++i) {
     const std::string path = folder.value() + SiblingName(GetCurrentProcessId(), i);
     if (path.size() >= MAX_PATH) return ErrorOf(SystemError::FileNameTooLong);

@@ -48,7 +48,7 @@ Result<std::string> FindProgram(std::string_view program) {
     return StandardError(kFileNotFound);
   }
   const Result<std::string> ansi = AnsiOf(program);
-  if (!ansi.ok()) return ansi;
+  if (!ansi.ok()) return ansi.error();
   char full[MAX_PATH] = {};
   const DWORD length = GetFullPathNameA(ansi.value().c_str(), MAX_PATH, full, nullptr);
   if (length == 0 || length >= MAX_PATH) return StandardError(kFileNotFound);
