@@ -199,14 +199,20 @@ TEST_F(SharedDatabase, BeginsWithoutWaitingWithinAReadScope) {
   EXPECT_EQ(one->Begin().number(), 0);
 }
 
-TEST_F(SharedDatabase, IsNotWrittenWhileAProgramOfAnotherKindHasASlot) {
-  const auto ours = Open(Sharing::Shared);
-  const auto other = storage_.Open(LockFile::PathFor(kPath), Sharing::Shared);
-  ASSERT_TRUE(other.ok());
-  ASSERT_TRUE(other.value()->TryLock(0x10000002, 1, true).value_or(false));
+/// A program that knows nothing of our marks takes slot 2 of the lock file; null when it cannot.
+std::unique_ptr<StoredFile> EnterAsAnotherKind(Storage& storage) {
+  auto file = storage.Open(LockFile::PathFor(kPath), Sharing::Shared);
   std::string entry(64, '\0');
   entry.replace(0, 6, "OFFICE").replace(32, 5, "Chris");
-  ASSERT_TRUE(other.value()->WriteAt(64, AsBytes(entry)).ok());
+  const bool entered = file.ok() && file.value()->TryLock(0x10000002, 1, true).value_or(false) &&
+                       file.value()->WriteAt(64, AsBytes(entry)).ok();
+  return entered ? std::move(file.value()) : nullptr;
+}
+
+TEST_F(SharedDatabase, IsNotWrittenWhileAProgramOfAnotherKindHasASlot) {
+  const auto ours = Open(Sharing::Shared);
+  const auto other = EnterAsAnotherKind(storage_);
+  ASSERT_NE(other, nullptr);
 
   const Status refused = ours->Begin();
   EXPECT_EQ(refused.number(), kDatabaseInUse);
@@ -215,7 +221,7 @@ TEST_F(SharedDatabase, IsNotWrittenWhileAProgramOfAnotherKindHasASlot) {
   ASSERT_EQ(users.size(), 2U);
   EXPECT_EQ(users[1], (User{.computer = "OFFICE", .name = "Chris", .slot = 2, .foreign = true}));
 
-  ASSERT_TRUE(other.value()->Unlock(0x10000002, 1).ok());
+  ASSERT_TRUE(other->Unlock(0x10000002, 1).ok());
   EXPECT_TRUE(Save(*ours, 0x12).ok());
 }
 
@@ -225,17 +231,13 @@ TEST_F(SharedDatabase, IsNotOpenedExclusivelyWhileAProgramOfAnotherKindHasASlot)
   EXPECT_NE(Open(Sharing::Exclusive), nullptr);
   EXPECT_EQ(storage_.pauses(), 0);
 
-  const auto other = storage_.Open(LockFile::PathFor(kPath), Sharing::Shared);
-  ASSERT_TRUE(other.ok());
-  ASSERT_TRUE(other.value()->TryLock(0x10000002, 1, true).value_or(false));
-  std::string entry(64, '\0');
-  entry.replace(0, 6, "OFFICE").replace(32, 5, "Chris");
-  ASSERT_TRUE(other.value()->WriteAt(64, AsBytes(entry)).ok());
+  const auto other = EnterAsAnotherKind(storage_);
+  ASSERT_NE(other, nullptr);
   const auto refused = Pager::Open(storage_, kPath, Opened(Sharing::Exclusive));
   EXPECT_EQ(refused.number(), kDatabaseInUse);
   EXPECT_THAT(refused.error().description, HasSubstr("Chris on OFFICE"));
 
-  storage_.on_pause = [&] { static_cast<void>(other.value()->Unlock(0x10000002, 1)); };
+  storage_.on_pause = [&] { static_cast<void>(other->Unlock(0x10000002, 1)); };
   EXPECT_NE(Open(Sharing::Exclusive), nullptr);
 }
 
